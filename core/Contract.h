@@ -1,0 +1,33 @@
+#pragma once
+
+#include "core/Export.h"
+
+/// @file
+/// Contract checks: a broken contract is a bug in the caller and stops the process, in every build type.
+
+namespace tarvos::core {
+
+/// Writes one line in the form of the C library's `assert` to standard error and aborts.
+[[noreturn]] TARVOS_CORE_EXPORT void contractViolated(const char* condition, const char* file,
+                                                      unsigned int line, const char* function)
+    __attribute__((cold));
+
+}  // namespace tarvos::core
+
+/// Stops the process unless the condition holds. A message is joined to the condition as a literal:
+/// `TARVOS_REQUIRE((row < rows()) && "row index is out of range")`. The diagnostic prints the condition as it
+/// reads after macro expansion, which is what the second macro is for.
+#define TARVOS_REQUIRE(...) TARVOS_REQUIRE_EXPANDED(__VA_ARGS__)
+#define TARVOS_REQUIRE_EXPANDED(...)                                                                     \
+    (static_cast<bool>(__VA_ARGS__) ? static_cast<void>(0)                                               \
+                                    : ::tarvos::core::contractViolated(#__VA_ARGS__, __FILE__, __LINE__, \
+                                                                       __extension__ __PRETTY_FUNCTION__))
+
+/// The same where the wording of the condition compares a signed with an unsigned number on purpose: both
+/// sides become unsigned, so that a negative number is larger than every size.
+#define TARVOS_REQUIRE_UNSIGNED(...)                                                         \
+    do {                                                                                     \
+        _Pragma("GCC diagnostic push") _Pragma("GCC diagnostic ignored \"-Wsign-compare\""); \
+        TARVOS_REQUIRE_EXPANDED(__VA_ARGS__);                                                \
+        _Pragma("GCC diagnostic pop")                                                        \
+    } while (false)

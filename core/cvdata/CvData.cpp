@@ -1,0 +1,14 @@
+#include "core/cvdata/CvData.h"
+
+#include "core/Contract.h"
+
+namespace tarvos::core::cvdata {
+
+CvData::~CvData() = default;
+
+CvData& CvData::operator=(const CvData& data) {
+    TARVOS_REQUIRE(this->mDataReprType == data.mDataReprType);
+    return *this;
+}
+
+}  // namespace tarvos::core::cvdata

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "core/Export.h"
+
+/// Images and visual features: the data that trackers work on.
+namespace tarvos::core::cvdata {
+
+/// The root of all vision data. A tag, fixed at construction, says what concrete kind of data an object is,
+/// so that code holding a `CvData&` can tell.
+class TARVOS_CORE_EXPORT CvData {
+public:
+    /// What an object is; beside each value, the class that sets it.
+    enum DataReprType {
+        REPR_COLOUR_HIST_2D = 0x40000016,          ///< ColourHist2d
+        REPR_IMAGE = 0x40000017,                   ///< Image and TiledImage
+        REPR_VIS_CONTOUR_SAMPLE_PTS = 0x4000001C,  ///< VisContourSamplePts
+        REPR_BLOBS = 0x4000001D,                   ///< Blobs
+        REPR_COLOR_GMM = 0x4000001F                ///< ColorGMM
+    };
+
+    explicit CvData(DataReprType type) noexcept : mDataReprType(type) {}
+    CvData(const CvData& data) noexcept = default;
+    virtual ~CvData();
+
+    /// Assignment through the root copies nothing: it stops the process when the tags differ, and that is
+    /// all. To copy data, assign objects of the same concrete class.
+    virtual CvData& operator=(const CvData& data);
+
+    DataReprType type() const noexcept { return mDataReprType; }
+
+private:
+    const DataReprType mDataReprType;
+};
+
+}  // namespace tarvos::core::cvdata

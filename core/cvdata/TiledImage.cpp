@@ -1,0 +1,75 @@
+#include "core/cvdata/TiledImage.h"
+
+#include "core/Contract.h"
+
+#include <opencv2/core/core_c.h>
+
+#include <limits>
+#include <new>
+
+namespace tarvos::core::cvdata {
+
+namespace {
+
+int extent(std::size_t cells, std::size_t cellExtent) {
+    constexpr auto LIMIT = static_cast<std::size_t>(std::numeric_limits<int>::max());
+    if (cellExtent != 0 && cells > LIMIT / cellExtent)
+        throw std::bad_array_new_length();
+    return static_cast<int>(cells * cellExtent);
+}
+
+class RegionOfInterest {
+public:
+    RegionOfInterest(IplImage* header, CvRect region) : mHeader(header) { cvSetImageROI(mHeader, region); }
+    ~RegionOfInterest() { cvResetImageROI(mHeader); }
+    RegionOfInterest(const RegionOfInterest&) = delete;
+    RegionOfInterest& operator=(const RegionOfInterest&) = delete;
+
+private:
+    IplImage* mHeader;
+};
+
+}  // namespace
+
+TiledImage::TiledImage(std::size_t rows, std::size_t cols, std::size_t cellWidth, std::size_t cellHeight,
+                       Image::ColorChannels channels, Image::BitsPerChannel bits)
+    : Image(extent(cols, cellWidth), extent(rows, cellHeight), channels, bits),
+      mRows(rows),
+      mCols(cols),
+      mCellWidth(cellWidth),
+      mCellHeight(cellHeight) {}
+
+TiledImage::TiledImage(const TiledImage& image) = default;
+
+TiledImage::~TiledImage() = default;
+
+TiledImage& TiledImage::operator=(const TiledImage& image) {
+    if (this == &image)
+        return *this;
+    Image pixels(image.iplImage());
+    swapPixels(pixels);
+    mRows = image.mRows;
+    mCols = image.mCols;
+    mCellWidth = image.mCellWidth;
+    mCellHeight = image.mCellHeight;
+    return *this;
+}
+
+void TiledImage::setCellImage(size_t cellRow, size_t cellCol, Image* img) {
+    TARVOS_REQUIRE((cellRow < mRows) && "cell row index is out of range");
+    TARVOS_REQUIRE((cellCol < mCols) && "cell col index is out of range");
+    TARVOS_REQUIRE(img != NULL);
+    TARVOS_REQUIRE_UNSIGNED(img->width() == mCellWidth);
+    TARVOS_REQUIRE_UNSIGNED(img->height() == mCellHeight);
+    TARVOS_REQUIRE_UNSIGNED((width() == mCols * mCellWidth && height() == mRows * mCellHeight) &&
+                            "the mosaic was resized through its base");
+    if (mCellWidth == 0 || mCellHeight == 0)
+        return;
+
+    const RegionOfInterest cell(
+        iplImage(), cvRect(static_cast<int>(mCellWidth * cellCol), static_cast<int>(mCellHeight * cellRow),
+                           static_cast<int>(mCellWidth), static_cast<int>(mCellHeight)));
+    cvCopy(img->iplImage(), iplImage());
+}
+
+}  // namespace tarvos::core::cvdata

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "core/cvdata/Image.h"
+
+#include <cstddef>
+
+namespace tarvos::core::cvdata {
+
+/// A mosaic: an image laid out as a grid of equally large cells, into which images of exactly that size are
+/// copied.
+///
+/// It is handed on as one Image; clone() gives a plain Image of the mosaic's pixels. Moving copies: a mosaic
+/// always has its grid.
+///
+/// Class invariant: width() = columns x cell width and height() = rows x cell height. Through an `Image&` it
+/// can be broken; setCellImage then stops the process.
+class TARVOS_CORE_EXPORT TiledImage : public Image {
+public:
+    /// @p rows x @p cols cells of @p cellWidth x @p cellHeight pixels each, not initialised. Errors as in
+    /// Image.
+    TiledImage(std::size_t rows, std::size_t cols, std::size_t cellWidth, std::size_t cellHeight,
+               Image::ColorChannels channels, Image::BitsPerChannel bits);
+    /// A copy of grid and pixels; see `Image(const Image&)`.
+    TiledImage(const TiledImage& image);
+    ~TiledImage() override;
+
+    /// Copies grid, pixels, stride and alignment into a new buffer; the time stamp stays. Stops the process
+    /// when
+    /// @p image was emptied through an `Image&`.
+    TiledImage& operator=(const TiledImage& image);
+
+    /// Copies @p img, which the caller keeps, into the cell at (@p cellRow, @p cellCol), counted from 0.
+    /// Afterwards the mosaic's header has no region of interest.
+    ///
+    /// Stops the process for an index out of range, a null image or one that is not of cell size. An image of
+    /// another depth or number of channels than the mosaic's is rejected by OpenCV with a `cv::Exception`;
+    /// the mosaic is then as it was.
+    void setCellImage(size_t cellRow, size_t cellCol, Image* img);
+
+protected:
+    // Assigning a plain image would lose the grid.
+    using Image::operator=;
+
+private:
+    std::size_t mRows;
+    std::size_t mCols;
+    std::size_t mCellWidth;
+    std::size_t mCellHeight;
+};
+
+}  // namespace tarvos::core::cvdata

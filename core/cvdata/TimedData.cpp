@@ -1,0 +1,7 @@
+#include "core/cvdata/TimedData.h"
+
+namespace tarvos::core::cvdata {
+
+TimedData::~TimedData() = default;
+
+}  // namespace tarvos::core::cvdata

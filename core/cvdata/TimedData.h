@@ -1,0 +1,30 @@
+#pragma once
+
+#include "core/cvdata/CvData.h"
+
+namespace tarvos::core::cvdata {
+
+/// Vision data with a time stamp. The library gives the stamp no unit and no epoch and never sets it: the
+/// code that produces the data does.
+class TARVOS_CORE_EXPORT TimedData : public CvData {
+public:
+    /// Starts at time stamp 0.
+    explicit TimedData(DataReprType type) noexcept : CvData(type) {}
+    ~TimedData() override;
+
+    TimedData(const TimedData& data) noexcept = default;
+    /// Member-wise: checks the tags and copies the time stamp, nothing of a derived class.
+    TimedData& operator=(const TimedData& data) = default;
+
+    void setTimeStamp(long timeStamp) noexcept { mTimeStamp = timeStamp; }
+    long getTimeStamp() const noexcept { return mTimeStamp; }
+
+protected:
+    // The root's assignment is meant for callers who hold a CvData&; here it would only hide a mistake.
+    using CvData::operator=;
+
+private:
+    long mTimeStamp = 0;
+};
+
+}  // namespace tarvos::core::cvdata

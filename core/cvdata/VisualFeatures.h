@@ -1,0 +1,28 @@
+#pragma once
+
+#include "core/cvdata/CvData.h"
+
+namespace tarvos::core::cvdata {
+
+/// The base of the feature containers.
+class TARVOS_CORE_EXPORT VisualFeatures : public CvData {
+public:
+    explicit VisualFeatures(DataReprType type) noexcept : CvData(type) {}
+    /// Copies the tag and the flag.
+    VisualFeatures(const VisualFeatures& features) noexcept = default;
+    ~VisualFeatures() override;
+
+    /// Copies the flag, whatever the tags, and nothing of a derived class.
+    virtual VisualFeatures& operator=(const VisualFeatures& features);
+
+    /// Free for the application, for instance to mark a feature as valid in this frame. False in a new
+    /// feature, a copied ColorGMM or ColourHist2d included; the assignments of the derived classes leave it
+    /// alone.
+    bool mFlag = false;
+
+protected:
+    // The root's assignment is meant for callers who hold a CvData&; here it would only hide a mistake.
+    using CvData::operator=;
+};
+
+}  // namespace tarvos::core::cvdata

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "math/Matrix.h"
+
+#include <utility>
+
+namespace tarvos::math {
+
+/// An n x n matrix of doubles. A new one is zero; assignment takes the source's size.
+class TARVOS_MATH_EXPORT SquareMatrix : public Matrix {
+public:
+    /// A 0 x 0 matrix.
+    SquareMatrix() noexcept = default;
+    /// An @p n x @p n zero matrix.
+    explicit SquareMatrix(unsigned int n) : Matrix(n, n) {}
+    SquareMatrix(const SquareMatrix& other) = default;
+    SquareMatrix(SquareMatrix&& other) noexcept = default;
+    SquareMatrix& operator=(const SquareMatrix& other) {
+        Matrix::operator=(other);
+        return *this;
+    }
+    SquareMatrix& operator=(SquareMatrix&& other) noexcept {
+        Matrix::operator=(std::move(other));
+        return *this;
+    }
+
+    /// The inverse. Throws `std::domain_error`, naming the size, for a matrix that is singular to working
+    /// precision (a pivot below n times the machine epsilon times the largest pivot), holds a NaN, or was
+    /// given another shape through a `Matrix&`; `std::invalid_argument` for a method that is no enumerator.
+    SquareMatrix invert(const Matrix::InversionMethod& method) const;
+};
+
+}  // namespace tarvos::math

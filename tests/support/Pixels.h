@@ -1,0 +1,52 @@
+#pragma once
+
+#include "core/cvdata/Image.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+inline int bytesPerRow(const IplImage& header) {
+    return header.width * header.nChannels * (header.depth & 0xFF) / 8;
+}
+
+/// The bytes of the pixels, row after row, without what fills rows up.
+inline std::vector<unsigned char> pixelsOf(const IplImage& header) {
+    std::vector<unsigned char> pixels;
+    for (int row = 0; row < header.height; ++row) {
+        const char* first = header.imageData + static_cast<std::ptrdiff_t>(row) * header.widthStep;
+        pixels.insert(pixels.end(), first, first + bytesPerRow(header));
+    }
+    return pixels;
+}
+
+/// Gives every byte of every pixel a value that depends on its place.
+inline void paint(IplImage& header, unsigned int seed = 1) {
+    for (int row = 0; row < header.height; ++row)
+        for (int byte = 0; byte < bytesPerRow(header); ++byte)
+            header.imageData[static_cast<std::ptrdiff_t>(row) * header.widthStep + byte] = static_cast<char>(
+                seed + 31U * static_cast<unsigned int>(row) + static_cast<unsigned int>(byte));
+}
+
+/// Fields, header and buffer tell one story, and all of the buffer can be written (a sanitizer or valgrind
+/// watches).
+inline void expectSound(const tarvos::core::cvdata::Image& image) {
+    const IplImage* header = image.iplImage();
+    ASSERT_NE(header, nullptr);
+    EXPECT_EQ(header->width, image.width());
+    EXPECT_EQ(header->height, image.height());
+    EXPECT_EQ(header->nChannels, image.nofChannels());
+    EXPECT_EQ(header->depth & 0xFF, std::abs(image.bitsPerChannel()));
+    EXPECT_EQ(header->imageData, reinterpret_cast<char*>(image.imageBuffer()));
+    EXPECT_GE(header->widthStep, bytesPerRow(*header));
+    EXPECT_EQ(header->roi, nullptr);
+    const auto pixels = pixelsOf(*header);
+    std::memset(header->imageData, 0x5A, static_cast<std::size_t>(header->imageSize));
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
+        const std::size_t rowBytes = static_cast<std::size_t>(bytesPerRow(*header));
+        header->imageData[i / rowBytes * static_cast<std::size_t>(header->widthStep) + i % rowBytes] =
+            static_cast<char>(pixels[i]);
+    }
+}
