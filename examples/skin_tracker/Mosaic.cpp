@@ -1,0 +1,53 @@
+#include "Mosaic.h"
+
+#include <opencv2/core/core_c.h>
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+
+namespace skin_tracker {
+
+namespace {
+
+using tarvos::core::cvdata::Image;
+using tarvos::core::cvdata::TiledImage;
+
+constexpr std::size_t GRID = 4;
+constexpr std::size_t CELLS = GRID * GRID;
+/// So many frames are kept that a pick of 16 is even to within a few per cent.
+constexpr std::size_t MOST_KEPT = 8 * CELLS;
+constexpr int CELL_WIDTH = 320;
+
+}  // namespace
+
+void Mosaic::add(const Image& frame) {
+    const double scale = std::min(1.0, static_cast<double>(CELL_WIDTH) / frame.width());
+    Image cell(std::max(1, cvRound(frame.width() * scale)), std::max(1, cvRound(frame.height() * scale)),
+               frame.channels(), frame.bitsPerChannel());
+    cv::Mat pixels = cv::cvarrToMat(cell.iplImage());
+    cv::resize(cv::cvarrToMat(frame.iplImage()), pixels, pixels.size(), 0, 0, cv::INTER_AREA);
+    mKept.push_back(std::move(cell));
+    ++mOffered;
+
+    if (mKept.size() == MOST_KEPT) {
+        for (std::size_t i = 1; 2 * i < MOST_KEPT; ++i)
+            mKept[i] = std::move(mKept[2 * i]);
+        mKept.resize(MOST_KEPT / 2);
+        mStride *= 2;
+    }
+}
+
+TiledImage Mosaic::compose() {
+    const Image& first = mKept.front();
+    TiledImage mosaic(GRID, GRID, static_cast<std::size_t>(first.width()),
+                      static_cast<std::size_t>(first.height()), first.channels(), first.bitsPerChannel());
+    cvSetZero(mosaic.iplImage());
+    const std::size_t count = std::min(CELLS, mKept.size());
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t pick = count > 1 ? i * (mKept.size() - 1) / (count - 1) : 0;
+        mosaic.setCellImage(i / GRID, i % GRID, &mKept[pick]);
+    }
+    return mosaic;
+}
+
+}  // namespace skin_tracker
