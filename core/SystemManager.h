@@ -1,0 +1,39 @@
+#pragma once
+
+#include "core/Export.h"
+
+namespace tarvos::core {
+
+/// Gives the application an OpenGL context without showing a window, and checks what the GPU can do.
+///
+/// The application decides whether and when. GLUT is initialised once in a process, by the first call; the
+/// context belongs to the thread that made it. An X display is needed: without one GLUT ends the process.
+class TARVOS_CORE_EXPORT SystemManager {
+public:
+    /// The one object of the process.
+    static SystemManager& instance() {
+        static SystemManager sm;
+        return sm;
+    }
+    SystemManager(const SystemManager&) = delete;
+    SystemManager& operator=(const SystemManager&) = delete;
+
+    /// Creates a further hidden window with the title @p title, makes its context current and initialises
+    /// GLEW, telling GLEW's version on standard output. The window has @p width x @p height pixels and stands
+    /// at (@p posX, @p posY) on the screen; later calls use the first call's size and position. Windows are
+    /// not destroyed.
+    ///
+    /// With @p checkCapabilities it prints the GPU's vendor, what it supports and its limits to standard
+    /// output. When GLEW cannot be initialised or a capability is missing (shaders, framebuffer objects,
+    /// rectangle textures), it says so and ends the process with `exit(-1)` (status 255). Vertex buffer
+    /// objects and geometry shaders may be missing.
+    void initOpenGLContext(int width, int height, int posX, int posY, const char* title,
+                           bool checkCapabilities);
+
+private:
+    bool mGlutInitialised = false;
+
+    SystemManager() = default;
+};
+
+}  // namespace tarvos::core

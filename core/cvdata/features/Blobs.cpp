@@ -1,0 +1,30 @@
+#include "core/cvdata/features/Blobs.h"
+
+namespace tarvos::core::cvdata {
+
+Blobs::BlobInfo::BlobInfo() : mMatrix1(2), mMatrix2(2), mVector(2) {}
+
+Blobs::Blobs() : VisualFeatures(REPR_BLOBS) {}
+
+Blobs::Blobs(const Blobs& other) : VisualFeatures(REPR_BLOBS), mBlobs(other.mBlobs) {}
+
+Blobs::~Blobs() = default;
+
+std::size_t Blobs::dimension() const {
+    return mBlobs.size();
+}
+
+Blobs& Blobs::operator=(const Blobs& other) {
+    mBlobs = other.mBlobs;
+    return *this;
+}
+
+void Blobs::addBlob() {
+    mBlobs.emplace_back();
+}
+
+void Blobs::clear() {
+    mBlobs.clear();
+}
+
+}  // namespace tarvos::core::cvdata

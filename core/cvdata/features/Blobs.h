@@ -1,0 +1,54 @@
+#pragma once
+
+#include "core/cvdata/VisualFeatures.h"
+#include "math/SquareMatrix.h"
+#include "math/Vector.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace tarvos::core::cvdata {
+
+/// A list of blobs: connected regions that an application found in an image.
+class TARVOS_CORE_EXPORT Blobs : public VisualFeatures {
+public:
+    /// One blob. The library gives the fields no meaning; a new record is all zero. What a vision application
+    /// usually keeps in them is noted, but not enforced.
+    struct TARVOS_CORE_EXPORT BlobInfo {
+        /// Matrices 2 x 2, vector of 2.
+        BlobInfo();
+
+        std::array<double, 5> mValues{};  ///< measures of the region, for instance a score or an elongation
+        std::int32_t mField1 = 0;         ///< for instance the label in a label image
+        std::int32_t mField2 = 0;         ///< for instance the area in pixels
+        std::array<std::int32_t, 4> mBlock{};  ///< for instance the box: x, y, width, height in pixels
+        math::SquareMatrix mMatrix1;           ///< for instance the covariance of the pixels' places
+        math::SquareMatrix mMatrix2;           ///< for instance its inverse
+        math::Vector mVector;                  ///< for instance the centroid: x, y
+    };
+
+    /// An empty list.
+    Blobs();
+    /// Copies the records, as assignment does; mFlag is false.
+    Blobs(const Blobs& other);
+    ~Blobs() override;
+
+    /// The number of records.
+    virtual std::size_t dimension() const;
+    /// Makes the list equal to @p other, all members of all records; mFlag stays.
+    virtual Blobs& operator=(const Blobs& other);
+
+    /// Appends one new record.
+    void addBlob();
+    /// Removes all records.
+    void clear();
+
+    std::vector<BlobInfo> mBlobs;  ///< in the order they were added
+
+protected:
+    using VisualFeatures::operator=;
+};
+
+}  // namespace tarvos::core::cvdata

@@ -1,0 +1,69 @@
+#include "core/cvdata/features/ColourHist2d.h"
+
+#include "core/Contract.h"
+
+namespace tarvos::core::cvdata {
+
+ColourHist2d::ColourHist2d(unsigned char bins1, unsigned char bins2, unsigned char bins3)
+    : VisualFeatures(REPR_COLOUR_HIST_2D), mBins1(0), mBins2(0), mBins3(0), mPlaneBins(0) {
+    mColourHistData = std::make_unique<math::Vector>();
+    ColourHist2d::setBins(bins1, bins2, bins3);
+}
+
+ColourHist2d::ColourHist2d(const ColourHist2d& other)
+    : VisualFeatures(REPR_COLOUR_HIST_2D),
+      mColourHistData(std::make_unique<math::Vector>(other.data())),
+      mBins1(other.mBins1),
+      mBins2(other.mBins2),
+      mBins3(other.mBins3),
+      mPlaneBins(other.mPlaneBins) {}
+
+ColourHist2d::~ColourHist2d() = default;
+
+ColourHist2d& ColourHist2d::operator=(const ColourHist2d& other) {
+    if (this == &other)
+        return *this;
+    data() = other.data();
+    other.getBins(&mBins1, &mBins2, &mBins3);
+    mPlaneBins = std::uint32_t{mBins1} * mBins2;
+    return *this;
+}
+
+unsigned int ColourHist2d::getBinsTotal() const {
+    return std::uint32_t{mBins1} * mBins2 * mBins3;
+}
+
+void ColourHist2d::getBins(unsigned char* bins1, unsigned char* bins2, unsigned char* bins3) const {
+    if (bins1 != nullptr)
+        *bins1 = mBins1;
+    if (bins2 != nullptr)
+        *bins2 = mBins2;
+    if (bins3 != nullptr)
+        *bins3 = mBins3;
+}
+
+void ColourHist2d::setBins(unsigned char bins1, unsigned char bins2, unsigned char bins3) {
+    if (bins1 == mBins1 && bins2 == mBins2 && bins3 == mBins3)
+        return;
+    mColourHistData = std::make_unique<math::Vector>(std::uint32_t{bins1} * bins2 * bins3);
+    mBins1 = bins1;
+    mBins2 = bins2;
+    mBins3 = bins3;
+    mPlaneBins = std::uint32_t{bins1} * bins2;
+}
+
+void ColourHist2d::clear() {
+    data().fill(0.0);
+}
+
+void ColourHist2d::setData(const math::Vector& Input) {
+    TARVOS_REQUIRE(Input.dimension() == static_cast<std::size_t>(mBins1 * mBins2 * mBins3));
+    data() = Input;
+}
+
+math::Vector& ColourHist2d::data() const {
+    TARVOS_REQUIRE(mColourHistData != NULL);
+    return *mColourHistData;
+}
+
+}  // namespace tarvos::core::cvdata

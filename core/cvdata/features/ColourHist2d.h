@@ -1,0 +1,53 @@
+#pragma once
+
+#include "core/cvdata/VisualFeatures.h"
+#include "math/Vector.h"
+
+#include <cstdint>
+#include <memory>
+
+namespace tarvos::core::cvdata {
+
+/// A histogram over three colour channels with a number of bins for each: a flat vector of bins1 x bins2 x
+/// bins3 doubles, and its shape.
+///
+/// What colour an entry stands for is the application's choice; bins1 x bins2 entries make a plane. A new
+/// histogram, and one that was given another shape, is zero.
+///
+/// Class invariant: the vector has getBinsTotal() elements. Only an assignment to data() can break it. Moving
+/// copies, since a histogram always has its vector.
+class TARVOS_CORE_EXPORT ColourHist2d : public VisualFeatures {
+public:
+    ColourHist2d(unsigned char bins1, unsigned char bins2, unsigned char bins3);
+    /// A deep copy; its mFlag is false.
+    ColourHist2d(const ColourHist2d& other);
+    ~ColourHist2d() override;
+
+    /// A deep copy of shape and entries; mFlag stays.
+    virtual ColourHist2d& operator=(const ColourHist2d& other);
+    /// The number of entries: bins1 x bins2 x bins3.
+    virtual unsigned int getBinsTotal() const;
+    /// Writes the numbers of bins; null pointers are skipped.
+    virtual void getBins(unsigned char* bins1, unsigned char* bins2, unsigned char* bins3) const;
+    /// Changes the shape and sets every entry to zero; does nothing when the shape is this one already. When
+    /// it throws for lack of memory, the histogram is as it was.
+    virtual void setBins(unsigned char bins1, unsigned char bins2, unsigned char bins3);
+    /// Sets every entry to zero.
+    virtual void clear();
+
+    /// Copies @p Input, of getBinsTotal() elements; any other length stops the process.
+    void setData(const math::Vector& Input);
+    /// The entries, writable also through a const histogram. Valid until setBins() changes the shape.
+    math::Vector& data() const;
+
+protected:
+    using VisualFeatures::operator=;
+
+    std::unique_ptr<math::Vector> mColourHistData;
+    unsigned char mBins1;
+    unsigned char mBins2;
+    unsigned char mBins3;
+    std::uint32_t mPlaneBins;  ///< bins1 x bins2
+};
+
+}  // namespace tarvos::core::cvdata

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "core/Contract.h"
+#include "core/Export.h"
+#include "math/Vector.h"
+
+#include <memory>
+
+namespace tarvos::core::cvdata {
+
+/// One configuration of a target, for instance its place and size: the base of an application's pose classes,
+/// which a State carries.
+///
+/// A pose is seen in two forms: its data, a vector of dimension() elements, and its incremental data, a
+/// vector of dof() elements, one a degree of freedom. The two counts may differ (a rotation as a quaternion
+/// has 4 elements and 3 degrees of freedom). Each vector has an update flag: at 0 it is out of date, and
+/// reading it calls updateData() or updateIncData() first.
+///
+/// A pose whose own representation is its data is short to write:
+///
+///     class BoxPose : public Pose {
+///     public:
+///         BoxPose() : Pose(4, 4) { resetData(); }
+///         BoxPose* clone() const override { return new BoxPose(*this); }
+///         void setData(const Vector& data) override { *mData = data; mUpdateIncFlag = 0; }
+///         void setIncData(const Vector& incData) override { *mIncData = incData; mUpdateIncFlag = 1;
+///         updateData(); } void resetData() override { mData->fill(0.0); mUpdateIncFlag = 0; } void
+///         resetIncData() override { mIncData->fill(0.0); mUpdateIncFlag = 1; } void updateData() override {
+///         *mData = *mIncData; } void updateIncData() override { *mIncData = *mData; mUpdateIncFlag = 1; }
+///         using Pose::operator=;
+///     };
+///
+/// Class invariant: mData has dimension() elements and mIncData has dof(). A derived class keeps it.
+class TARVOS_CORE_EXPORT Pose {
+public:
+    virtual ~Pose();
+    /// A new pose of the same class and value, owned by the caller.
+    virtual Pose* clone() const = 0;
+    /// Takes @p data, of dimension() elements, as the pose's data.
+    virtual void setData(const math::Vector& data) = 0;
+    /// Takes @p incData, of dof() elements, as the pose's incremental data.
+    virtual void setIncData(const math::Vector& incData) = 0;
+    /// Returns the data to its initial value.
+    virtual void resetData() = 0;
+    /// Returns the incremental data to its initial value.
+    virtual void resetIncData() = 0;
+    /// Brings mData up to date. Setting mUpdateFlag spares the next reader the call.
+    virtual void updateData() = 0;
+    /// Brings mIncData up to date. Setting mUpdateIncFlag spares the next reader the call.
+    virtual void updateIncData() = 0;
+    /// Makes this pose equal in value to @p pose, which has the same class: copies both vectors and flags. A
+    /// pose with members of its own overrides this. Stops the process when the counts differ.
+    virtual Pose& operator=(const Pose& pose);
+
+    int dimension() const { return mDimension; }
+    int dof() const { return mDof; }
+    int getUpdateFlag() const { return mUpdateFlag; }
+    int getUpdateIncFlag() const { return mUpdateIncFlag; }
+
+    /// Copies the data, brought up to date, into @p vec. Stops the process unless it has dimension()
+    /// elements.
+    void getData(math::Vector& vec) {
+        TARVOS_REQUIRE((int)vec.dimension() == dimension() &&
+                       "ERROR: getData - vector sizes does not match!");
+        if (getUpdateFlag() == 0)
+            updateData();
+        vec = *mData;
+    }
+    /// Copies the incremental data, brought up to date, into @p vec. Stops the process unless it has dof()
+    /// elements.
+    void getIncData(math::Vector& vec) {
+        TARVOS_REQUIRE(((int)vec.dimension() == dof()) && "ERROR: getIncData - vector sizes does not match!");
+        if (getUpdateIncFlag() == 0)
+            updateIncData();
+        vec = *mIncData;
+    }
+
+protected:
+    /// Makes both vectors, all zero and up to date. Stops the process when a count is negative.
+    Pose(int dimension, int dof);
+    /// A deep copy.
+    Pose(const Pose& pose);
+
+    const int mDimension;
+    const int mDof;
+    int mUpdateFlag = 1;  ///< 0 while mData is out of date
+    const std::unique_ptr<math::Vector> mData;
+    const std::unique_ptr<math::Vector> mIncData;
+    int mUpdateIncFlag = 1;  ///< 0 while mIncData is out of date
+};
+
+}  // namespace tarvos::core::cvdata

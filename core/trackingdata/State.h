@@ -1,0 +1,88 @@
+#pragma once
+
+#include "core/cvdata/pose/Pose.h"
+#include "core/trackingdata/TrackingData.h"
+#include "math/Vector.h"
+
+#include <memory>
+#include <vector>
+
+namespace tarvos::core {
+
+/// The state of one target at one time: its pose and the pose's derivatives by time, up to an order chosen
+/// when the state is made (1: the pose alone; 2: with velocity; 3: with acceleration).
+///
+/// Estimators want flat vectors, so a state is read from and written into them, in two forms. With D =
+/// poseDimension(), F = poseDoF() and n = getMaxOrder() - 1 derivative blocks of F elements each:
+///
+///     data form         pose data (D)         | block 1 (F) | ... | block n (F)    stateDimension() elements
+///     incremental form  incremental data (F)  | block 1 (F) | ... | block n (F)    stateIncDimension()
+///     elements
+///
+/// An `order` of -1 stands for such a whole vector, 0 for the pose part alone, k from 1 to n for block k
+/// alone.
+///
+/// Vectors are given in the size they must have; any other size, and an order that names nothing, stops the
+/// process before anything is written. Reading may refresh the pose's stored vectors (see cvdata::Pose), so
+/// that even readers of one state must not run at the same time.
+///
+/// Class invariant: there is a pose, and every block has poseDoF() elements. The number of blocks and the
+/// pose object stay the same for life. Moving copies, since a state always has a pose.
+class TARVOS_CORE_EXPORT State : public TrackingData {
+public:
+    /// A state on a clone of @p pose with @p maxOrder - 1 blocks (none when it is 1 or less), reset to
+    /// initial values, at time stamp 0.
+    State(cvdata::Pose& pose, int maxOrder);
+    /// A deep copy, time stamp included.
+    State(const State& other);
+    ~State() override;
+
+    /// Copies the pose's value, the blocks and the time stamp. Stops the process when the dimensions or the
+    /// numbers of blocks differ. (Through a `TrackingData&` only the time stamp is copied.)
+    State& operator=(const State& state);
+    State* clone() const override;
+
+    /// Resets the pose, data and incremental data, and sets all blocks to zero.
+    void resetAll();
+    /// Resets the pose's incremental data and sets all blocks to zero.
+    void resetIncData();
+
+    /// The state's own pose.
+    cvdata::Pose* pose() const { return mPose.get(); }
+    int poseDimension() const { return mPose->dimension(); }
+    int poseDoF() const { return mPose->dof(); }
+    /// The number of blocks plus one.
+    int getMaxOrder() const { return static_cast<int>(mDerivatives.size()) + 1; }
+    int stateDimension() const { return poseDimension() + derivativesDimension(); }
+    int stateIncDimension() const { return poseDoF() + derivativesDimension(); }
+
+    /// Sets the pose's data; @p poseData has poseDimension() elements.
+    void setPoseData(const math::Vector& poseData);
+    /// Reads the pose's data; @p poseData has poseDimension() elements.
+    void getPoseData(math::Vector& poseData) const;
+
+    /// Writes @p stateData into the state. Order -1: stateDimension() elements. Other orders: poseDimension()
+    /// elements, of which a block takes the first min(D, F).
+    void setDataFromVector(const math::Vector& stateData, int order);
+    /// Writes @p stateIncData into the state. Order -1: stateIncDimension() elements. Other orders: poseDoF()
+    /// elements.
+    void setIncDataFromVector(const math::Vector& stateIncData, int order);
+    /// Reads the state into @p stateIncData. Order -1: stateIncDimension() elements. Other orders: poseDoF()
+    /// elements.
+    void getStateIncData(math::Vector& stateIncData, int order) const;
+    /// Reads the whole state into @p stateData of stateDimension() elements.
+    void getStateData(math::Vector& stateData) const;
+
+protected:
+    using TrackingData::operator=;
+
+private:
+    std::unique_ptr<cvdata::Pose> mPose;
+    std::vector<std::unique_ptr<math::Vector>> mDerivatives;  ///< block 1 first
+
+    int derivativesDimension() const { return static_cast<int>(mDerivatives.size()) * poseDoF(); }
+    void setBlocksFrom(const double* values);
+    void getBlocksInto(double* values) const;
+};
+
+}  // namespace tarvos::core

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "core/Export.h"
+
+namespace tarvos::core {
+
+/// The root of time-stamped tracking data. The library gives the stamp no unit and no epoch.
+class TARVOS_CORE_EXPORT TrackingData {
+public:
+    explicit TrackingData(double timeStamp) : mTimeStamp(timeStamp) {}
+    TrackingData(const TrackingData& data) = default;
+    virtual ~TrackingData();
+
+    /// Copies the time stamp, nothing of a derived class.
+    virtual TrackingData& operator=(const TrackingData& data);
+    /// A new copy, owned by the caller.
+    virtual TrackingData* clone() const = 0;
+
+    double getTimeStamp() const { return mTimeStamp; }
+    void setTimeStamp(double timeStamp) { mTimeStamp = timeStamp; }
+
+private:
+    double mTimeStamp;
+};
+
+}  // namespace tarvos::core
