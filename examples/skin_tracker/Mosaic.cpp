@@ -21,13 +21,14 @@ constexpr int CELL_WIDTH = 320;
 }  // namespace
 
 void Mosaic::add(const Image& frame) {
+    if (mOffered++ % mStride != 0)
+        return;
     const double scale = std::min(1.0, static_cast<double>(CELL_WIDTH) / frame.width());
     Image cell(std::max(1, cvRound(frame.width() * scale)), std::max(1, cvRound(frame.height() * scale)),
                frame.channels(), frame.bitsPerChannel());
     cv::Mat pixels = cv::cvarrToMat(cell.iplImage());
     cv::resize(cv::cvarrToMat(frame.iplImage()), pixels, pixels.size(), 0, 0, cv::INTER_AREA);
     mKept.push_back(std::move(cell));
-    ++mOffered;
 
     if (mKept.size() == MOST_KEPT) {
         for (std::size_t i = 1; 2 * i < MOST_KEPT; ++i)

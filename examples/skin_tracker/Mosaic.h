@@ -10,10 +10,7 @@ namespace skin_tracker {
 /// Collects frames of a sequence of unknown length and lays 16 of them, evenly spread, out as a 4 x 4 mosaic.
 class Mosaic {
 public:
-    /// Whether the frame after the ones offered so far may be one of the 16; if so, add() it, else pass().
-    bool wantsNext() const { return mOffered % mStride == 0; }
-    void pass() { ++mOffered; }
-    /// Keeps a copy of @p frame, not larger than a cell.
+    /// Offers the next frame of the sequence, of which a copy may be kept, not larger than a cell.
     void add(const tarvos::core::cvdata::Image& frame);
 
     /// The mosaic of the frames kept; with fewer than 16, the cells left over are black. At least one frame

@@ -1,18 +1,25 @@
 /// @file
-/// Finds skin in a video or in a directory of images.
+/// Tracks a hand in a video or in a directory of images.
 
+#include "Annotation.h"
 #include "FrameSource.h"
 #include "Mosaic.h"
 #include "Results.h"
-#include "SkinModel.h"
+#include "Tracker.h"
 #include "core/parser/CmdLineParser.h"
 #include "core/util/Resources.h"
+#ifdef TARVOS_WITH_OPENGL
+#include "core/SystemManager.h"
+#endif
 
 #include <opencv2/core/core_c.h>
-#include <opencv2/imgproc.hpp>
+#include <opencv2/videoio.hpp>
 
 #include <charconv>
+#include <iomanip>
 #include <iostream>
+#include <limits>
+#include <locale>
 #include <sstream>
 #include <stdexcept>
 
@@ -23,70 +30,86 @@ using tarvos::core::cvdata::Image;
 using tarvos::core::parser::CmdLineParser;
 using tarvos::core::util::Resources;
 
-/// Specks up to this share of the picture are no hand.
-constexpr double LEAST_AREA = 0.002;
 constexpr int FRAMES_PER_PROGRESS_LINE = 100;
 
-/// The whole number that option @p name holds; anything else, or less than @p least, throws.
-int numberOf(const CmdLineParser& parser, const std::string& name, int least) {
+/// The whole number that option @p name holds; throws unless it lies between @p least and @p most.
+int numberOf(const CmdLineParser& parser, const std::string& name, int least,
+             int most = std::numeric_limits<int>::max()) {
     const std::string text = parser.getValue(name);
     int number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size() || number < least)
-        throw std::runtime_error("-" + name + " takes a whole number from " + std::to_string(least) +
-                                 " up, not \"" + text + "\"");
+    if (error != std::errc() || end != text.data() + text.size() || number < least || number > most)
+        throw std::runtime_error(
+            "-" + name + " takes a whole number from " + std::to_string(least) +
+            (most == std::numeric_limits<int>::max() ? " up" : " to " + std::to_string(most)) + ", not \"" +
+            text + "\"");
     return number;
 }
 
-/// A connected region of skin.
-struct Region {
-    cv::Rect box;
-    int area = 0;
-    cv::Mat mask;  ///< 255 inside the region
+void checkGpu() {
+#ifdef TARVOS_WITH_OPENGL
+    tarvos::core::SystemManager::instance().initOpenGLContext(64, 64, 0, 0, "skin_tracker", true);
+#else
+    throw std::runtime_error("-checkgpu needs a library built with OpenGL");
+#endif
+}
+
+/// track.csv, row by row.
+class Table {
+public:
+    Table() {
+        mText.imbue(std::locale::classic());
+        mText << "frame,time,x,y,width,height,vx,vy,blobs,area,found\n" << std::fixed;
+    }
+
+    void add(int frame, double time, const Tracker& tracker) {
+        mText << frame << ',' << std::setprecision(4) << time << std::setprecision(2);
+        if (tracker.started()) {
+            const MotionFilter& motion = tracker.motion();
+            mText << ',' << motion.centre().x << ',' << motion.centre().y << ',' << motion.box().width << ','
+                  << motion.box().height << ',' << motion.velocity().x << ',' << motion.velocity().y;
+        } else {
+            mText << ",,,,,,";
+        }
+        mText << ',' << tracker.blobs().dimension() << ',' << tracker.area() << ',' << tracker.found()
+              << '\n';
+    }
+
+    std::string text() const { return mText.str(); }
+
+private:
+    std::ostringstream mText;
 };
 
-/// The largest region of skin in a frame; of area 0 when there is none.
-Region largestRegion(const Image& frame, const SkinModel& model) {
-    const cv::Mat pixels = cv::cvarrToMat(frame.iplImage());
-    cv::Mat hsv;
-    cv::Mat mask;
-    cv::cvtColor(pixels, hsv, cv::COLOR_RGB2HSV);
-    model.mark(hsv, mask);
-    const cv::Mat kernel = cv::getStructuringElement(cv::MORPH_ELLIPSE, cv::Size(7, 7));
-    cv::morphologyEx(mask, mask, cv::MORPH_CLOSE, kernel);
-    cv::morphologyEx(mask, mask, cv::MORPH_OPEN, kernel);
+/// track.avi, frame by frame.
+class Video {
+public:
+    Video(const std::string& path, double frameRate) : mPath(path), mFrameRate(frameRate) {}
 
-    cv::Mat labels;
-    cv::Mat statistics;
-    cv::Mat centroids;
-    const int count = cv::connectedComponentsWithStats(mask, labels, statistics, centroids);
-    Region largest;
-    for (int label = 1; label < count; ++label) {
-        const int* entry = statistics.ptr<int>(label);
-        if (entry[cv::CC_STAT_AREA] < LEAST_AREA * frame.width() * frame.height() ||
-            entry[cv::CC_STAT_AREA] <= largest.area)
-            continue;
-        largest.box = {entry[cv::CC_STAT_LEFT], entry[cv::CC_STAT_TOP], entry[cv::CC_STAT_WIDTH],
-                       entry[cv::CC_STAT_HEIGHT]};
-        largest.area = entry[cv::CC_STAT_AREA];
-        largest.mask = labels == label;
+    void add(const Image& frame) {
+        const cv::Mat pixels = cv::cvarrToMat(frame.iplImage());
+        if (!mWriter.isOpened() &&
+            !mWriter.open(mPath, cv::VideoWriter::fourcc('M', 'J', 'P', 'G'), mFrameRate, pixels.size()))
+            throw std::runtime_error("cannot write track.avi");
+        mWriter.write(pixels);
     }
-    return largest;
-}
 
-void draw(Image& frame, const Region& region) {
-    if (region.area == 0)
-        return;
-    cv::Mat pixels = cv::cvarrToMat(frame.iplImage());
-    std::vector<std::vector<cv::Point>> outlines;
-    cv::findContours(region.mask, outlines, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE);
-    cv::drawContours(pixels, outlines, -1, cv::Scalar(0, 255, 0), 2);
-    cv::rectangle(pixels, region.box, cv::Scalar(255, 0, 0), 2);
-}
+    void finish() { mWriter.release(); }
+
+private:
+    std::string mPath;
+    double mFrameRate;
+    cv::VideoWriter mWriter;
+};
 
 void run(const CmdLineParser& parser) {
     const int step = numberOf(parser, "step", 1);
     const int most = numberOf(parser, "frames", 0);
+    const int order = numberOf(parser, "order", 2, 4);
+    const bool withVideo = parser.getValueBool("video");
+    if (parser.getValueBool("checkgpu"))
+        checkGpu();
+
     const Resources resources("", "skin_tracker");
     const std::string input = resources.findFile(parser.getValue("input"));
     if (input.empty())
@@ -94,10 +117,13 @@ void run(const CmdLineParser& parser) {
     const auto source = FrameSource::open(input);
     Results results(parser.getValue("output"));
 
-    const SkinModel model;
+    Tracker tracker(order);
+    Annotation annotation;
     Mosaic mosaic;
-    std::ostringstream table;
-    table << "frame,x,y,width,height,area\n";
+    Table table;
+    std::optional<Video> video;
+    if (withVideo)
+        video.emplace(results.partOf("track.avi"), source->frameRate() / step);
     Image frame;
     int used = 0;
     for (int number = 0;
@@ -105,21 +131,22 @@ void run(const CmdLineParser& parser) {
          ++number) {
         if (number % step != 0)
             continue;
-        const Region region = largestRegion(frame, model);
-        table << number << ',' << region.box.x << ',' << region.box.y << ',' << region.box.width << ','
-              << region.box.height << ',' << region.area << '\n';
-        if (mosaic.wantsNext()) {
-            draw(frame, region);
-            mosaic.add(frame);
-        } else {
-            mosaic.pass();
-        }
+        const double time = number / source->frameRate();
+        tracker.process(frame, time);
+        table.add(number, time, tracker);
+        annotation.follow(tracker);
+        annotation.draw(tracker, frame);
+        mosaic.add(frame);
+        if (video)
+            video->add(frame);
         if (++used % FRAMES_PER_PROGRESS_LINE == 0)
             std::cerr << "skin_tracker: " << used << " frames" << std::endl;
     }
     if (used == 0)
         throw std::runtime_error("no frame can be decoded in " + input);
-    results.write("detections.csv", table.str());
+    if (video)
+        video->finish();
+    results.write("track.csv", table.text());
     results.write("mosaic.png", mosaic.compose());
     results.publish();
 }
@@ -128,11 +155,14 @@ void run(const CmdLineParser& parser) {
 
 int main(int argc, char** argv) {
     CmdLineParser parser(argc, argv);
-    parser.setAppDescription("Finds skin in a video or in a directory of images");
+    parser.setAppDescription("Tracks a hand in a video or in a directory of images");
+    parser.addFlag("checkgpu", "create an OpenGL context and tell what the GPU can do first");
+    parser.addFlag("video", "write the annotated video track.avi too");
     parser.addOption("input", "video or directory, looked for in the data directory too", "", true);
     parser.addOption("output", "directory for the results", "skin_tracker_output", false);
     parser.addOption("step", "use every n-th frame", "1", false);
     parser.addOption("frames", "use at most so many frames, 0 for all", "0", false);
+    parser.addOption("order", "order of the state: 2 with velocity, 3 with acceleration", "2", false);
     parser.parse();
     try {
         run(parser);

@@ -1,3 +1,4 @@
+#include "support/Program.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
@@ -9,11 +10,6 @@
 using testing::MatchesRegex;
 
 namespace {
-
-std::string contentOf(const std::string& name) {
-    std::ifstream file(name);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 struct Case {
     std::string name, environment, arguments;
@@ -51,12 +47,10 @@ class SystemManagerTest : public testing::TestWithParam<Case> {};
 TEST_P(SystemManagerTest, TellsAndChecksTheGpu) {
     const TemporaryDirectory directory;
     const Case& c = GetParam();
-    const std::string command = c.environment + " '" OPENGL_PROBE "' " + c.arguments + " >output 2>errors";
-    const int status = std::system(command.c_str());
-    ASSERT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), c.status);
-    EXPECT_THAT(contentOf("output"), MatchesRegex(c.output));
-    EXPECT_EQ(contentOf("errors"), c.errors);
+    const ProgramRun run = ProgramRun::of(c.environment + " '" OPENGL_PROBE "' " + c.arguments);
+    EXPECT_EQ(run.status, c.status);
+    EXPECT_THAT(run.output, MatchesRegex(c.output));
+    EXPECT_EQ(run.errors, c.errors);
 }
 
 INSTANTIATE_TEST_SUITE_P(

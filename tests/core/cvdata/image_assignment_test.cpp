@@ -1,4 +1,5 @@
-#include "core/cvdata/Image.h"
+#include "core/cvdata/TiledImage.h"
+#include "support/Allocations.h"
 #include "support/Pixels.h"
 
 #include <opencv2/core.hpp>
@@ -106,6 +107,30 @@ TEST(ImageAssignmentTest, OntoItselfChangesNothing) {
         EXPECT_EQ(image.imageBuffer(), buffer);
         EXPECT_EQ(pixelsOf(*image.iplImage()), before);
         expectSound(image);
+    }
+}
+
+TEST(ImageAssignmentTest, FailedAllocationsLoseNothing) {
+    const Image source(9, 9, Image::CHANNELS_BGR, Image::BITS_16U);
+    Image image(5, 4, Image::CHANNELS_BGR, Image::BITS_8U);
+    paint(*image.iplImage());
+    const auto before = pixelsOf(*image.iplImage());
+    TiledImage mosaic(1, 1, 5, 4, Image::CHANNELS_BGR, Image::BITS_8U);
+    mosaic.setCellImage(0, 0, &image);
+    const TiledImage other(2, 2, 8, 8, Image::CHANNELS_GRAY, Image::BITS_32F);
+    const std::function<void()> operations[] = {
+        [&] { image = source; },        [&] { image.resizeMemory(30, 30); },
+        [&] { mosaic = other; },        [&] { Image copy(source); },
+        [&] { delete source.clone(); }, [&] { Image made(3, 3, Image::CHANNELS_GRAY, Image::BITS_8U); }};
+    for (const auto& operation : operations) {
+        failAllocationAfter(0);
+        EXPECT_THROW(operation(), std::bad_alloc);
+        for (const Image* untouched :
+             {static_cast<const Image*>(&image), static_cast<const Image*>(&mosaic)}) {
+            EXPECT_EQ(pixelsOf(*untouched->iplImage()), before);
+            expectSound(*untouched);
+        }
+        mosaic.setCellImage(0, 0, &image);
     }
 }
 

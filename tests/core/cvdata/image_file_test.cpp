@@ -1,5 +1,6 @@
 #include "core/cvdata/Image.h"
 #include "support/Pixels.h"
+#include "support/Program.h"
 #include "support/TemporaryDirectory.h"
 
 #include <opencv2/core/core_c.h>
@@ -11,11 +12,6 @@
 using namespace tarvos::core::cvdata;
 
 namespace {
-
-std::string readFile(const std::string& name) {
-    std::ifstream file(name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 cv::Mat noise(int type, int width = 37, int height = 23) {
     cv::Mat pixels(height, width, type);
@@ -30,7 +26,7 @@ void writeRotatedJpeg(const std::string& name) {
         "\xFF\xE1\x00\x22"
         "Exif\0\0MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0\x06\0\0\0\0\0\0",
         36);
-    TemporaryDirectory::write(name, readFile(name).insert(2, exif));
+    TemporaryDirectory::write(name, contentOf(name).insert(2, exif));
 }
 
 TEST(ImageFileTest, DecodesWhatOpenCvDecodes) {
@@ -43,7 +39,7 @@ TEST(ImageFileTest, DecodesWhatOpenCvDecodes) {
     cv::imwrite("row.png", noise(CV_8UC3, 7, 1));
     cv::imwrite("photo.jpg", noise(CV_8UC3));
     writeRotatedJpeg("rotated.jpg");
-    TemporaryDirectory::write("half.jpg", readFile("photo.jpg").substr(0, 1200));
+    TemporaryDirectory::write("half.jpg", contentOf("photo.jpg").substr(0, 1200));
     ASSERT_EQ(cv::imread("rotated.jpg").cols, 23) << "the EXIF block is not understood";
 
     for (const char* name : {"colour.png", "deep.png", "grey.png", "alpha.png", "palette.bmp", "row.png",
@@ -80,11 +76,11 @@ TEST(ImageFileTest, FailsWithOneLineAndStaysEmpty) {
     cv::imwrite("whole.bmp", noise(CV_8UC3));
     for (const char* name : {"whole.png", "whole.bmp"})
         for (const std::size_t size : {12U, 40U, 500U})
-            TemporaryDirectory::write(std::to_string(size) + name, readFile(name).substr(0, size));
+            TemporaryDirectory::write(std::to_string(size) + name, contentOf(name).substr(0, size));
     TemporaryDirectory::write("empty.png");
     TemporaryDirectory::write("text.jpg", "This is no image, whatever its name says.");
     std::filesystem::create_directory("directory.png");
-    TemporaryDirectory::write("locked.png", readFile("whole.png"));
+    TemporaryDirectory::write("locked.png", contentOf("whole.png"));
     std::filesystem::permissions("locked.png", std::filesystem::perms::none);
 
     for (const std::string name :

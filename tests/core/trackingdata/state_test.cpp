@@ -1,37 +1,17 @@
 #include "core/trackingdata/State.h"
 
+#include "support/Allocations.h"
 #include "support/ContractDeath.h"
 #include "support/Poses.h"
 
 #include <climits>
-#include <cstdlib>
 #include <functional>
 #include <memory>
-#include <new>
 
 using tarvos::core::State;
 using tarvos::core::TrackingData;
 using tarvos::math::Vector;
 using testing::ElementsAre;
-
-namespace {
-
-std::size_t allocations = 0;
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* memory = std::malloc(size != 0 ? size : 1))
-        return memory;
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t /*size*/) noexcept {
-    std::free(memory);
-}
 
 namespace {
 
@@ -200,16 +180,16 @@ TEST(StateAllocationTest, PackingAllocatesNoMoreThanTheVectorWould) {
         TestPose pose(degreesOfFreedom, degreesOfFreedom);
         State state(pose, 3);
         const auto size = static_cast<unsigned int>(state.stateDimension());
-        std::size_t before = allocations;
+        std::size_t before = allocations();
         Vector vector(size);
-        const std::size_t ofAVector = allocations - before;
+        const std::size_t ofAVector = allocations() - before;
         const std::function<void()> operations[] = {
             [&] { state.getStateData(vector); }, [&] { state.getStateIncData(vector, -1); },
             [&] { state.setDataFromVector(vector, -1); }, [&] { state.setIncDataFromVector(vector, -1); }};
         for (const auto& operation : operations) {
-            before = allocations;
+            before = allocations();
             operation();
-            EXPECT_LE(allocations - before, ofAVector) << degreesOfFreedom;
+            EXPECT_LE(allocations() - before, ofAVector) << degreesOfFreedom;
         }
     }
 }

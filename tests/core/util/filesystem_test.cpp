@@ -56,7 +56,8 @@ TEST_F(FilesystemTest, RemovesFilesAndTrees) {
     }
     EXPECT_TRUE(Filesystem::exists("kept/file")) << "what a link points to stays";
     std::filesystem::create_symlink("loop", "loop");
-    EXPECT_THAT(messageOf([] { Filesystem::rm("loop"); }), StartsWith("Filesystem exception: rm(loop) failed with "));
+    EXPECT_THAT(messageOf([] { Filesystem::rm("loop"); }),
+                StartsWith("Filesystem exception: rm(loop) failed with "));
 }
 
 TEST_F(FilesystemTest, MovesAndCopies) {

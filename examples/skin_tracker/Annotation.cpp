@@ -1,0 +1,46 @@
+#include "Annotation.h"
+
+#include <opencv2/core/core_c.h>
+#include <opencv2/imgproc.hpp>
+
+namespace skin_tracker {
+
+namespace {
+
+/// Frames.
+constexpr std::size_t TRAIL_LENGTH = 30;
+
+const cv::Scalar BLUE(255, 64, 0);
+const cv::Scalar GREEN(0, 220, 0);
+const cv::Scalar YELLOW(0, 220, 255);
+const cv::Scalar RED(0, 0, 255);
+const cv::Scalar GREY(128, 128, 128);
+
+cv::Point pixel(const tarvos::math::Vector4& sample) {
+    return {cvRound(sample[0]), cvRound(sample[1])};
+}
+
+}  // namespace
+
+void Annotation::follow(const Tracker& tracker) {
+    if (!tracker.started())
+        return;
+    mTrail.emplace_back(tracker.motion().centre());
+    if (mTrail.size() > TRAIL_LENGTH)
+        mTrail.pop_front();
+}
+
+void Annotation::draw(const Tracker& tracker, tarvos::core::cvdata::Image& frame) const {
+    if (!tracker.started())
+        return;
+    cv::Mat pixels = cv::cvarrToMat(frame.iplImage());
+    for (const auto& edge : tracker.outline().mEdges)
+        cv::line(pixels, pixel(edge.mPointRefs.front()->mVec4), pixel(edge.mPointRefs.back()->mVec4), GREEN,
+                 2);
+    for (std::size_t i = 1; i < mTrail.size(); ++i)
+        cv::line(pixels, mTrail[i - 1], mTrail[i], YELLOW, 2);
+    cv::rectangle(pixels, cv::Rect(tracker.motion().box()), tracker.found() ? BLUE : GREY, 2);
+    cv::drawMarker(pixels, cv::Point(tracker.predictedCentre()), RED, cv::MARKER_CROSS, 20, 2);
+}
+
+}  // namespace skin_tracker

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "Tracker.h"
+#include "core/cvdata/Image.h"
+
+#include <opencv2/core.hpp>
+
+#include <deque>
+
+namespace skin_tracker {
+
+/// Draws what a tracker knows into its frames: box and outline of the hand, the centre that was predicted,
+/// and the trail of the last centres.
+class Annotation {
+public:
+    /// Lengthens the trail by where @p tracker sees the hand. To be called for every frame.
+    void follow(const Tracker& tracker);
+    void draw(const Tracker& tracker, tarvos::core::cvdata::Image& frame) const;
+
+private:
+    std::deque<cv::Point> mTrail;
+};
+
+}  // namespace skin_tracker

@@ -1,0 +1,121 @@
+#include "HandModel.h"
+
+#include "Regions.h"
+
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+
+namespace skin_tracker {
+
+namespace {
+
+using tarvos::core::cvdata::ColourHist2d;
+
+constexpr int HUE_BINS = 30;
+constexpr int SATURATION_BINS = 32;
+constexpr int VALUE_BINS = 16;
+constexpr int PLANE = HUE_BINS * SATURATION_BINS;
+
+/// Darker pixels (of 255) have no colour to speak of: their hue and saturation are noise.
+constexpr int DARK_BINS = 48 * VALUE_BINS / 256 * PLANE;
+/// So often the colours found are looked for again; growth has ended by then.
+constexpr int ROUNDS = 5;
+/// The surroundings start this share of the known box's extent away from it.
+constexpr double MARGIN = 0.15;
+
+int binOf(const cv::Vec3b& hsv) {
+    const int hue = std::min(hsv[0] * HUE_BINS / 180, HUE_BINS - 1);
+    return hue + HUE_BINS * (hsv[1] * SATURATION_BINS / 256) + PLANE * (hsv[2] * VALUE_BINS / 256);
+}
+
+void count(const cv::Mat& hsv, const cv::Mat& mask, ColourHist2d& histogram) {
+    double* bins = histogram.data().data();
+    for (int row = 0; row < hsv.rows; ++row) {
+        const auto* colour = hsv.ptr<cv::Vec3b>(row);
+        const auto* counted = mask.ptr<unsigned char>(row);
+        for (int col = 0; col < hsv.cols; ++col)
+            if (counted[col] != 0)
+                bins[binOf(colour[col])] += 1.0;
+    }
+}
+
+/// Adds half of each bin to the next ones in all three directions: colours next to those seen are likely too.
+void smooth(ColourHist2d& histogram) {
+    const tarvos::math::Vector seen = histogram.data();
+    tarvos::math::Vector& bins = histogram.data();
+    for (const int step : {1, HUE_BINS, PLANE}) {
+        const int extent = step == 1 ? HUE_BINS : step == HUE_BINS ? SATURATION_BINS : VALUE_BINS;
+        for (int bin = 0; bin < static_cast<int>(seen.dimension()); ++bin) {
+            const int place = bin / step % extent;
+            if (place + 1 < extent) {
+                bins.data()[bin] += 0.5 * seen.data()[bin + step];
+                bins.data()[bin + step] += 0.5 * seen.data()[bin];
+            }
+        }
+    }
+}
+
+ColourHist2d emptyHistogram() {
+    return {HUE_BINS, SATURATION_BINS, VALUE_BINS};
+}
+
+ColourHist2d sum(const ColourHist2d& a, const ColourHist2d& b) {
+    ColourHist2d total(a);
+    std::transform(a.data().data(), a.data().data() + a.getBinsTotal(), b.data().data(), total.data().data(),
+                   std::plus<>());
+    return total;
+}
+
+/// Everything outside the box around @p hand, widened by the margin.
+cv::Mat surroundingsOf(const cv::Mat& hand) {
+    const cv::Rect box = cv::boundingRect(hand);
+    const cv::Size margin(cvRound(box.width * MARGIN), cvRound(box.height * MARGIN));
+    cv::Mat surroundings(hand.size(), CV_8UC1, cv::Scalar(255));
+    surroundings((box - cv::Point(margin) + margin + margin) & cv::Rect({}, hand.size())).setTo(0);
+    return surroundings;
+}
+
+}  // namespace
+
+HandModel::HandModel()
+    : mHand(emptyHistogram()),
+      mSurroundings(emptyHistogram()),
+      mOfHand(1, PLANE * VALUE_BINS, CV_8UC1, cv::Scalar(0)) {}
+
+void HandModel::learn(const cv::Mat& hsv, const cv::Mat& known) {
+    cv::Mat hand = known.clone();
+    ColourHist2d ofHand = emptyHistogram();
+    ColourHist2d around = emptyHistogram();
+    for (int round = 0; round < ROUNDS; ++round) {
+        ColourHist2d handNow = emptyHistogram();
+        ColourHist2d aroundNow = emptyHistogram();
+        count(hsv, hand, handNow);
+        count(hsv, surroundingsOf(hand), aroundNow);
+        smooth(handNow);
+        ofHand = sum(mHand, handNow);
+        around = sum(mSurroundings, aroundNow);
+        for (int bin = 0; bin < mOfHand.cols; ++bin)
+            mOfHand.at<unsigned char>(bin) =
+                bin >= DARK_BINS && ofHand.data().data()[bin] > around.data().data()[bin] ? 255 : 0;
+        mark(hsv, hand);
+        tidy(hand);
+        keepRegionsTouching(known, hand);
+        hand |= known;
+    }
+    mHand = ofHand;
+    mSurroundings = around;
+}
+
+void HandModel::mark(const cv::Mat& hsv, cv::Mat& mask) const {
+    mask.create(hsv.size(), CV_8UC1);
+    const auto* ofHand = mOfHand.ptr<unsigned char>();
+    for (int row = 0; row < hsv.rows; ++row) {
+        const auto* colour = hsv.ptr<cv::Vec3b>(row);
+        auto* marked = mask.ptr<unsigned char>(row);
+        for (int col = 0; col < hsv.cols; ++col)
+            marked[col] = ofHand[binOf(colour[col])];
+    }
+}
+
+}  // namespace skin_tracker

@@ -1,0 +1,116 @@
+#include "MotionFilter.h"
+
+#include "BoxPose.h"
+
+#include <cmath>
+
+namespace skin_tracker {
+
+namespace {
+
+using tarvos::core::State;
+using tarvos::math::Vector;
+
+constexpr int BOX = BoxPose::SIZE;
+
+/// How surely a box is seen: the edge of a hand is ragged by a few pixels.
+constexpr double MEASUREMENT_DEVIATION = 2.0;
+/// A hand changes its velocity by a few picture widths a second, within a second.
+constexpr double WIDTHS_PER_SECOND = 3.0;
+
+State initialState(int order) {
+    BoxPose pose;
+    return {pose, order};
+}
+
+/// A matrix of OpenCV over the elements of @p vector.
+cv::Mat view(Vector& vector) {
+    return {static_cast<int>(vector.dimension()), 1, CV_64F, vector.data()};
+}
+
+cv::Mat measured(const cv::Rect2d& box) {
+    return (cv::Mat_<double>(BOX, 1) << box.x + box.width / 2, box.y + box.height / 2, box.width, box.height);
+}
+
+/// dt^n / n!, what the n-th derivative adds over the time dt.
+double taylor(double dt, int n) {
+    return std::pow(dt, n) / std::tgamma(n + 1);
+}
+
+}  // namespace
+
+MotionFilter::MotionFilter(int order, int pictureWidth)
+    : mOrder(order),
+      mJerkiness(WIDTHS_PER_SECOND * pictureWidth),
+      mState(initialState(order)),
+      mFilter(mState.stateIncDimension(), BOX, 0, CV_64F) {
+    cv::setIdentity(mFilter.measurementMatrix);
+    cv::setIdentity(mFilter.measurementNoiseCov,
+                    cv::Scalar::all(MEASUREMENT_DEVIATION * MEASUREMENT_DEVIATION));
+}
+
+void MotionFilter::start(const cv::Rect2d& box, double time) {
+    mFilter.statePost = cv::Scalar::all(0.0);
+    measured(box).copyTo(mFilter.statePost.rowRange(0, BOX));
+    cv::setIdentity(mFilter.errorCovPost, cv::Scalar::all(mJerkiness * mJerkiness));
+    mFilter.measurementNoiseCov.copyTo(mFilter.errorCovPost(cv::Rect(0, 0, BOX, BOX)));
+    store(mFilter.statePost, time);
+}
+
+void MotionFilter::predict(double time) {
+    const double dt = time - mState.getTimeStamp();
+    // Each order of the state is carried on by the orders above it; what lies above them all is the noise.
+    cv::Mat gain(mOrder, 1, CV_64F);
+    cv::Mat carry = cv::Mat::zeros(mOrder, mOrder, CV_64F);
+    for (int row = 0; row < mOrder; ++row) {
+        gain.at<double>(row) = taylor(dt, mOrder - row) * mJerkiness;
+        for (int col = row; col < mOrder; ++col)
+            carry.at<double>(row, col) = taylor(dt, col - row);
+    }
+    const cv::Mat noise = gain * gain.t();
+    for (int row = 0; row < mOrder; ++row) {
+        for (int col = 0; col < mOrder; ++col) {
+            const cv::Rect block(col * BOX, row * BOX, BOX, BOX);
+            cv::setIdentity(mFilter.transitionMatrix(block), cv::Scalar::all(carry.at<double>(row, col)));
+            cv::setIdentity(mFilter.processNoiseCov(block), cv::Scalar::all(noise.at<double>(row, col)));
+        }
+    }
+    store(mFilter.predict(), time);
+}
+
+void MotionFilter::correct(const cv::Rect2d& box) {
+    store(mFilter.correct(measured(box)), mState.getTimeStamp());
+}
+
+cv::Point2d MotionFilter::centre() const {
+    Vector pose(BOX);
+    mState.getStateIncData(pose, 0);
+    return {pose[0], pose[1]};
+}
+
+cv::Point2d MotionFilter::velocity() const {
+    Vector velocity(BOX);
+    mState.getStateIncData(velocity, 1);
+    return {velocity[0], velocity[1]};
+}
+
+cv::Rect2d MotionFilter::box() const {
+    Vector pose(BOX);
+    mState.getStateIncData(pose, 0);
+    const double width = std::max(pose[2], 1.0);
+    const double height = std::max(pose[3], 1.0);
+    return {pose[0] - width / 2, pose[1] - height / 2, width, height};
+}
+
+double MotionFilter::uncertainty() const {
+    return 3.0 * std::sqrt(mFilter.errorCovPost.at<double>(0, 0) + mFilter.errorCovPost.at<double>(1, 1));
+}
+
+void MotionFilter::store(const cv::Mat& estimate, double time) {
+    Vector vector(static_cast<unsigned int>(mState.stateIncDimension()));
+    estimate.copyTo(view(vector));
+    mState.setIncDataFromVector(vector, -1);
+    mState.setTimeStamp(time);
+}
+
+}  // namespace skin_tracker

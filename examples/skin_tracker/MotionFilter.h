@@ -1,0 +1,42 @@
+#pragma once
+
+#include "core/trackingdata/State.h"
+
+#include <opencv2/core.hpp>
+#include <opencv2/video/tracking.hpp>
+
+namespace skin_tracker {
+
+/// Estimates the motion of a box from the boxes seen: a Kalman filter whose state vector is the packed
+/// incremental form of a State of BoxPose: box | velocity | acceleration | ..., in pixels and seconds.
+class MotionFilter {
+public:
+    /// A filter for boxes in pictures @p pictureWidth pixels wide, with derivatives up to @p order - 1.
+    MotionFilter(int order, int pictureWidth);
+
+    /// Begins at rest with @p box at @p time.
+    void start(const cv::Rect2d& box, double time);
+    /// Moves on to @p time, which is not before the state's.
+    void predict(double time);
+    /// Takes the box seen at the state's time into account.
+    void correct(const cv::Rect2d& box);
+
+    /// The estimate; its time stamp is in seconds.
+    const tarvos::core::State& state() const { return mState; }
+    cv::Point2d centre() const;
+    /// Velocity of the centre, pixels a second.
+    cv::Point2d velocity() const;
+    cv::Rect2d box() const;
+    /// How far off, in pixels, the centre may be: three standard deviations.
+    double uncertainty() const;
+
+private:
+    int mOrder;
+    double mJerkiness;  ///< standard deviation of the first derivative that is not part of the state
+    tarvos::core::State mState;
+    cv::KalmanFilter mFilter;
+
+    void store(const cv::Mat& estimate, double time);
+};
+
+}  // namespace skin_tracker

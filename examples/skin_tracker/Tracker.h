@@ -1,0 +1,61 @@
+#pragma once
+
+#include "HandModel.h"
+#include "MotionFilter.h"
+#include "SkinModel.h"
+#include "core/cvdata/Image.h"
+#include "core/cvdata/features/Blobs.h"
+#include "core/cvdata/features/VisContourSamplePts.h"
+
+#include <opencv2/core.hpp>
+
+#include <optional>
+
+namespace skin_tracker {
+
+/// Follows one hand through a sequence of frames.
+///
+/// The general skin model starts the track at the largest region of skin. The first frames teach the colours
+/// of this hand, which then take over. In each frame the region nearest to the predicted place is taken for
+/// the hand; when there is none within reach, the prediction goes on alone, its reach growing, until the hand
+/// is back.
+class Tracker {
+public:
+    /// Tracks with derivatives of the box up to @p order - 1.
+    explicit Tracker(int order) : mOrder(order) {}
+
+    /// Looks for the hand in @p frame (8-bit BGR) at @p time in seconds, later than the frame before.
+    void process(const tarvos::core::cvdata::Image& frame, double time);
+
+    /// Whether a hand has been seen in any frame. Before that, there is no motion() to ask for.
+    bool started() const { return mMotion.has_value(); }
+    /// Whether the hand was seen in the last frame.
+    bool found() const { return mFound; }
+    /// The estimate of where the hand is and how it moves.
+    const MotionFilter& motion() const { return *mMotion; }
+    /// Where the centre of the hand was expected before the last frame was looked at.
+    cv::Point2d predictedCentre() const { return mPredictedCentre; }
+    /// All regions of the hand's colours in the last frame.
+    const tarvos::core::cvdata::Blobs& blobs() const { return mBlobs; }
+    /// Area of the hand in pixels in the last frame, 0 when it was not found.
+    int area() const { return mFound ? mArea : 0; }
+    /// Outline of the hand in the last frame, empty when it was not found.
+    const tarvos::core::cvdata::VisContourSamplePts& outline() const { return mOutline; }
+
+private:
+    int mOrder;
+    SkinModel mSkin;
+    HandModel mHand;
+    int mFramesLearned = 0;
+    std::optional<MotionFilter> mMotion;
+    cv::Point2d mPredictedCentre;
+    tarvos::core::cvdata::Blobs mBlobs;
+    tarvos::core::cvdata::VisContourSamplePts mOutline;
+    bool mFound = false;
+    int mArea = 0;
+
+    void learn(const cv::Mat& hsv, double leastArea);
+    const tarvos::core::cvdata::Blobs::BlobInfo* pick() const;
+};
+
+}  // namespace skin_tracker

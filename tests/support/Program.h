@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+#include <sys/wait.h>
+
+inline std::string contentOf(const std::string& name) {
+    std::ifstream file(name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// What a program did: its exit status and what it wrote to its two streams.
+struct ProgramRun {
+    int status;
+    std::string output, errors;
+
+    /// Runs the shell's @p command in the current directory.
+    static ProgramRun of(const std::string& command) {
+        const int status = std::system((command + " >.output 2>.errors").c_str());
+        if (!WIFEXITED(status))
+            throw std::runtime_error(command + " was killed");
+        return {WEXITSTATUS(status), contentOf(".output"), contentOf(".errors")};
+    }
+};
