@@ -6,7 +6,7 @@
 namespace tarvos::core {
 
 Exception::Exception(std::string msg) noexcept : mMsg(std::move(msg)) {
-    std::cerr << "Exception Msg: " << what() << std::endl;
+    std::cerr << "Exception Msg: " << mMsg.c_str() << std::endl;
 }
 
 Exception::~Exception() = default;

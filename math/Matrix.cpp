@@ -23,13 +23,6 @@ Matrix::Matrix(Matrix&& other) noexcept {
     *this = std::move(other);
 }
 
-Matrix& Matrix::operator=(const Matrix& other) {
-    mElements = other.mElements;
-    mRows = other.mRows;
-    mCols = other.mCols;
-    return *this;
-}
-
 Matrix& Matrix::operator=(Matrix&& other) noexcept {
     if (this != &other) {
         mElements = std::move(other.mElements);
@@ -68,10 +61,10 @@ std::size_t Matrix::indexOf(unsigned int row, unsigned int col) const {
 std::ostream& operator<<(std::ostream& stream, const Matrix& matrix) {
     if (matrix.dimension() == 0)
         return stream << "[]";
-    static const Eigen::IOFormat layout(Eigen::StreamPrecision, 0, ", ", "\n", "[", "]");
     if (matrix.cols() == 1)
-        return stream << eigenMap(matrix).transpose().format(layout);
-    return stream << eigenMap(matrix).format(layout);
+        return stream << eigenMap(matrix).transpose().format(
+                   {Eigen::StreamPrecision, Eigen::DontAlignCols, ", ", "\n", "[", "]"});
+    return stream << eigenMap(matrix).format({Eigen::StreamPrecision, 0, ", ", "\n", "[", "]"});
 }
 
 }  // namespace tarvos::math

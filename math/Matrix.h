@@ -30,7 +30,7 @@ public:
     Matrix(const Matrix& other) = default;
     Matrix(Matrix&& other) noexcept;
     /// Takes the shape and the elements of @p other, also through a `Matrix&` to a derived object.
-    Matrix& operator=(const Matrix& other);
+    Matrix& operator=(const Matrix& other) = default;
     Matrix& operator=(Matrix&& other) noexcept;
     virtual ~Matrix();
 

@@ -2,8 +2,6 @@
 
 #include "math/Matrix.h"
 
-#include <utility>
-
 namespace tarvos::math {
 
 /// An n x n matrix of doubles. A new one is zero; assignment takes the source's size.
@@ -15,14 +13,8 @@ public:
     explicit SquareMatrix(unsigned int n) : Matrix(n, n) {}
     SquareMatrix(const SquareMatrix& other) = default;
     SquareMatrix(SquareMatrix&& other) noexcept = default;
-    SquareMatrix& operator=(const SquareMatrix& other) {
-        Matrix::operator=(other);
-        return *this;
-    }
-    SquareMatrix& operator=(SquareMatrix&& other) noexcept {
-        Matrix::operator=(std::move(other));
-        return *this;
-    }
+    SquareMatrix& operator=(const SquareMatrix& other) = default;
+    SquareMatrix& operator=(SquareMatrix&& other) noexcept = default;
 
     /// The inverse. Throws `std::domain_error`, naming the size, for a matrix that is singular to working
     /// precision (a pivot below n times the machine epsilon times the largest pivot), holds a NaN, or was

@@ -2,8 +2,6 @@
 
 #include "math/Matrix.h"
 
-#include <utility>
-
 namespace tarvos::math {
 
 /// A column vector of doubles. A new vector is zero; assignment takes the source's length.
@@ -15,14 +13,8 @@ public:
     explicit Vector(unsigned int n) : Matrix(n, 1) {}
     Vector(const Vector& other) = default;
     Vector(Vector&& other) noexcept = default;
-    Vector& operator=(const Vector& other) {
-        Matrix::operator=(other);
-        return *this;
-    }
-    Vector& operator=(Vector&& other) noexcept {
-        Matrix::operator=(std::move(other));
-        return *this;
-    }
+    Vector& operator=(const Vector& other) = default;
+    Vector& operator=(Vector&& other) noexcept = default;
 
     /// Element @p i, counted from 0 and not checked; writable also through a const vector.
     double& operator[](unsigned int i) const { return mElements.data()[i]; }

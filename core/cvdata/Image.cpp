@@ -255,8 +255,7 @@ void Image::copyRows(const unsigned char* source, std::int32_t sourceStep) {
         return;
     const auto rowBytes = static_cast<std::size_t>(bytesPerRow());
     if (sourceStep == mWidthStep) {
-        std::memcpy(mImageBuffer.get(), source,
-                    static_cast<std::size_t>(mHeight - 1) * mWidthStep + rowBytes);
+        std::memcpy(mImageBuffer.get(), source, mImageSize - static_cast<std::size_t>(mWidthStep) + rowBytes);
         return;
     }
     for (std::ptrdiff_t row = 0; row < mHeight; ++row)

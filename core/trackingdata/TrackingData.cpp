@@ -4,9 +4,6 @@ namespace tarvos::core {
 
 TrackingData::~TrackingData() = default;
 
-TrackingData& TrackingData::operator=(const TrackingData& data) {
-    mTimeStamp = data.mTimeStamp;
-    return *this;
-}
+TrackingData& TrackingData::operator=(const TrackingData& data) = default;
 
 }  // namespace tarvos::core

@@ -60,11 +60,10 @@ ColourHist2d emptyHistogram() {
     return {HUE_BINS, SATURATION_BINS, VALUE_BINS};
 }
 
-ColourHist2d sum(const ColourHist2d& a, const ColourHist2d& b) {
-    ColourHist2d total(a);
-    std::transform(a.data().data(), a.data().data() + a.getBinsTotal(), b.data().data(), total.data().data(),
-                   std::plus<>());
-    return total;
+/// Adds the entries of @p addend, of the same shape, to @p total.
+void add(const ColourHist2d& addend, ColourHist2d& total) {
+    double* bins = total.data().data();
+    std::transform(bins, bins + total.getBinsTotal(), addend.data().data(), bins, std::plus<>());
 }
 
 /// Everything outside the box around @p hand, widened by the margin.
@@ -88,13 +87,13 @@ void HandModel::learn(const cv::Mat& hsv, const cv::Mat& known) {
     ColourHist2d ofHand = emptyHistogram();
     ColourHist2d around = emptyHistogram();
     for (int round = 0; round < ROUNDS; ++round) {
-        ColourHist2d handNow = emptyHistogram();
-        ColourHist2d aroundNow = emptyHistogram();
-        count(hsv, hand, handNow);
-        count(hsv, surroundingsOf(hand), aroundNow);
-        smooth(handNow);
-        ofHand = sum(mHand, handNow);
-        around = sum(mSurroundings, aroundNow);
+        ofHand.clear();
+        around.clear();
+        count(hsv, hand, ofHand);
+        count(hsv, surroundingsOf(hand), around);
+        smooth(ofHand);
+        add(mHand, ofHand);
+        add(mSurroundings, around);
         for (int bin = 0; bin < mOfHand.cols; ++bin)
             mOfHand.at<unsigned char>(bin) =
                 bin >= DARK_BINS && ofHand.data().data()[bin] > around.data().data()[bin] ? 255 : 0;

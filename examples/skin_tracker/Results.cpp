@@ -16,7 +16,7 @@ namespace skin_tracker {
 using tarvos::core::cvdata::Image;
 using tarvos::core::util::Filesystem;
 
-Results::Results(const std::string& path) : mPath(path), mCreated(false) {
+Results::Results(const std::string& path) : mPath(path) {
     try {
         mCreated = Filesystem::mkdir(path);
     } catch (const std::exception& error) {

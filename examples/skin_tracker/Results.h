@@ -29,7 +29,7 @@ public:
 
 private:
     std::string mPath;
-    bool mCreated;
+    bool mCreated = false;
     std::vector<std::string> mNames;
 
     std::string partPath(const std::string& name) const;

@@ -82,7 +82,7 @@ TEST(FixedVectorTest, ConvertsToAVector) {
     EXPECT_EQ(sizeof(Vector4), 4 * sizeof(double));
     std::ostringstream text;
     text << point << Vector4();
-    EXPECT_EQ(text.str(), "[  4, 4.5][0, 0, 0, 0]");
+    EXPECT_EQ(text.str(), "[4, 4.5][0, 0, 0, 0]");
 }
 
 TEST(SquareMatrixTest, InvertsWhatCanBeInverted) {

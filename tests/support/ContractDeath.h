@@ -7,15 +7,13 @@
 #include <string>
 
 /// What a broken contract prints: file, function and condition to the letter, around the line number.
-inline testing::Matcher<const std::string&> contractLine(const std::string& file, const std::string& function,
+inline testing::Matcher<const std::string&> contractLine(const std::string& file, std::string function,
                                                          const std::string& condition) {
-#ifdef __clang__  // words __PRETTY_FUNCTION__ in its own way
-    const std::string prettyFunction;
-#else
-    const std::string prettyFunction = ": " + function;
+#ifdef __clang__
+    function = "";  // Clang words __PRETTY_FUNCTION__ in its own way
 #endif
     return testing::AllOf(testing::ContainsRegex("tarvos_tests: " + file + ":[0-9]+: "),
-                          testing::EndsWith(prettyFunction + ": Assertion `" + condition + "' failed.\n"));
+                          testing::EndsWith(function + ": Assertion `" + condition + "' failed.\n"));
 }
 
 #define EXPECT_CONTRACT(statement, file, function, condition) \

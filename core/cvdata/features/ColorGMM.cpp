@@ -34,8 +34,7 @@ Components deepCopy(const Components& components) {
 
 }  // namespace
 
-GM::GM(unsigned int dim)
-    : mCovariance(dim), mCovarianceInverse(dim), mDeterminant(0.0F), mDim(dim), mMean(dim), mWeight(1.0F) {}
+GM::GM(unsigned int dim) : mCovariance(dim), mCovarianceInverse(dim), mDim(dim), mMean(dim) {}
 
 GM::~GM() = default;
 

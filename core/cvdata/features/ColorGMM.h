@@ -22,10 +22,10 @@ public:
 
     math::SquareMatrix mCovariance;         ///< mDim x mDim
     math::SquareMatrix mCovarianceInverse;  ///< mDim x mDim
-    float mDeterminant;                     ///< of the covariance
+    float mDeterminant = 0.0F;              ///< of the covariance
     unsigned int mDim;
-    math::Vector mMean;  ///< mDim elements
-    float mWeight;       ///< share of this component in the mixture; the weights of a mixture sum to 1
+    math::Vector mMean;    ///< mDim elements
+    float mWeight = 1.0F;  ///< share of this component in the mixture; the weights of a mixture sum to 1
 };
 
 /// A Gaussian mixture over a colour space of at most four dimensions. It holds the components and can load a

@@ -5,8 +5,7 @@
 namespace tarvos::core::cvdata {
 
 ColourHist2d::ColourHist2d(unsigned char bins1, unsigned char bins2, unsigned char bins3)
-    : VisualFeatures(REPR_COLOUR_HIST_2D), mBins1(0), mBins2(0), mBins3(0), mPlaneBins(0) {
-    mColourHistData = std::make_unique<math::Vector>();
+    : VisualFeatures(REPR_COLOUR_HIST_2D), mColourHistData(std::make_unique<math::Vector>()) {
     ColourHist2d::setBins(bins1, bins2, bins3);
 }
 

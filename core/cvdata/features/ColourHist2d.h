@@ -44,10 +44,10 @@ protected:
     using VisualFeatures::operator=;
 
     std::unique_ptr<math::Vector> mColourHistData;
-    unsigned char mBins1;
-    unsigned char mBins2;
-    unsigned char mBins3;
-    std::uint32_t mPlaneBins;  ///< bins1 x bins2
+    unsigned char mBins1 = 0;
+    unsigned char mBins2 = 0;
+    unsigned char mBins3 = 0;
+    std::uint32_t mPlaneBins = 0;  ///< bins1 x bins2
 };
 
 }  // namespace tarvos::core::cvdata

@@ -1,0 +1,107 @@
+#include "core/cvdata/Image.h"
+#include "core/cvdata/features/ColorGMM.h"
+#include "core/cvdata/pose/Pose.h"
+#include "core/trackingdata/State.h"
+
+#include <opencv2/core/core_c.h>
+#include <opencv2/imgproc.hpp>
+
+#include <cmath>
+#include <iostream>
+
+using tarvos::core::State;
+using tarvos::core::cvdata::ColorGMM;
+using tarvos::core::cvdata::GM;
+using tarvos::core::cvdata::Image;
+using tarvos::core::cvdata::Pose;
+using tarvos::math::Vector;
+
+/// Where the hand is: x and y in pixels.
+class PointPose : public Pose {
+public:
+    PointPose() : Pose(2, 2) {}
+    PointPose* clone() const override { return new PointPose(*this); }
+    void setData(const Vector& data) override { *mData = *mIncData = data; }
+    void setIncData(const Vector& incData) override { setData(incData); }
+    void resetData() override { setData(Vector(2)); }
+    void resetIncData() override { setData(Vector(2)); }
+    void updateData() override {}
+    void updateIncData() override {}
+    using Pose::operator=;
+};
+
+/// The density of the skin model at one colour.
+double likelihood(const ColorGMM& skin, double hue, double saturation) {
+    double sum = 0.0;
+    for (const auto& component : skin.mMixtures) {
+        const double h = hue - component->mMean[0];
+        const double s = saturation - component->mMean[1];
+        GM& gm = *component;
+        const double distance = gm.mCovarianceInverse(0, 0) * h * h +
+                                2.0 * gm.mCovarianceInverse(0, 1) * h * s +
+                                gm.mCovarianceInverse(1, 1) * s * s;
+        sum += gm.mWeight * std::exp(-0.5 * distance) / (2.0 * CV_PI * std::sqrt(gm.mDeterminant));
+    }
+    return sum;
+}
+
+/// Paints the skin in the image green and returns how many pixels that were and, in centre, where their
+/// middle is.
+int markSkin(Image& image, const ColorGMM& skin, Vector& centre) {
+    cv::Mat pixels = cv::cvarrToMat(image.iplImage());  // a view: nothing is copied
+    cv::Mat hsv;
+    cv::cvtColor(pixels, hsv, cv::COLOR_RGB2HSV);  // red and blue exchanged, as the model wants it
+    int count = 0;
+    centre.fill(0.0);
+    for (int y = 0; y < pixels.rows; ++y) {
+        for (int x = 0; x < pixels.cols; ++x) {
+            const cv::Vec3b colour = hsv.at<cv::Vec3b>(y, x);
+            if (likelihood(skin, colour[0], colour[1]) < 5e-5)
+                continue;
+            pixels.at<cv::Vec3b>(y, x) = {0, 255, 0};
+            centre[0] += x;
+            centre[1] += y;
+            ++count;
+        }
+    }
+    for (unsigned int i = 0; i < 2 && count > 0; ++i)
+        centre[i] /= count;
+    return count;
+}
+
+int main(int argc, char** argv) {
+    ColorGMM skin(2, 2);
+    skin.initSkinDistribution();
+
+    PointPose pose;
+    State hand(pose, 2);  // place and velocity
+    const double dt = 1.0 / 25.0;
+    for (int frame = 1; frame < argc; ++frame) {
+        Image image{std::string(argv[frame])};
+        if (image.imageBuffer() == nullptr)
+            return 1;  // Image has said why
+
+        // Predict: the place moves on by the velocity.
+        Vector place(2);
+        Vector velocity(2);
+        hand.getStateIncData(place, 0);
+        hand.getStateIncData(velocity, 1);
+        for (unsigned int i = 0; i < 2; ++i)
+            place[i] += velocity[i] * dt;
+
+        // Correct: half of what is seen beside the prediction goes into the place, a part into the velocity.
+        Vector seen(2);
+        if (markSkin(image, skin, seen) > 0) {
+            for (unsigned int i = 0; i < 2; ++i) {
+                const double error = seen[i] - place[i];
+                place[i] += (frame == 1 ? 1.0 : 0.5) * error;
+                velocity[i] += frame == 1 ? 0.0 : 0.2 * error / dt;
+            }
+        }
+        hand.setIncDataFromVector(place, 0);
+        hand.setIncDataFromVector(velocity, 1);
+        hand.setTimeStamp(frame * dt);
+        std::cout << "at " << hand.getTimeStamp() << " s: place " << place << " px, velocity " << velocity
+                  << " px/s\n";
+    }
+}

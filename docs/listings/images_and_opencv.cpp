@@ -1,0 +1,49 @@
+#include "core/cvdata/TiledImage.h"
+#include "math/EigenMap.h"
+#include "math/SquareMatrix.h"
+
+#include <opencv2/core/core_c.h>
+#include <opencv2/imgproc.hpp>
+
+#include <iostream>
+#include <vector>
+
+using tarvos::core::cvdata::Image;
+using tarvos::core::cvdata::TiledImage;
+
+int main() {
+    // A view for OpenCV's C++ functions, in one call.
+    Image image(320, 240, Image::CHANNELS_BGR, Image::BITS_8U);
+    cv::Mat pixels = cv::cvarrToMat(image.iplImage());
+    pixels.setTo(cv::Scalar(110, 143, 201));
+
+    // From OpenCV to an image: a header over the Mat, whose pixels are copied.
+    const cv::Mat blurred = pixels(cv::Rect(10, 10, 100, 80)).clone();
+    const IplImage header = cvIplImage(blurred);
+    Image copy(&header);
+
+    // A conversion in place changes the order of the channels; say so.
+    cv::cvtColor(pixels, pixels, cv::COLOR_BGR2RGB);
+    image.setChannels(Image::CHANNELS_RGB);
+    const bool lost = Image(image).channels() == Image::CHANNELS_BGR;  // a copy knows what the header knows
+
+    // Frames of one size are copied without an allocation; a vector of images grows without copying.
+    Image last(100, 80, Image::CHANNELS_BGR, Image::BITS_8U);
+    const unsigned char* buffer = last.imageBuffer();
+    last = copy;
+    std::vector<Image> history;
+    history.push_back(std::move(copy));
+    const bool kept = last.imageBuffer() == buffer && copy.imageBuffer() == nullptr;
+
+    // A mosaic of two.
+    TiledImage mosaic(1, 2, 100, 80, Image::CHANNELS_BGR, Image::BITS_8U);
+    mosaic.setCellImage(0, 0, &history[0]);
+    mosaic.setCellImage(0, 1, &last);
+
+    // A view for Eigen, in one call.
+    tarvos::math::SquareMatrix matrix(2);
+    tarvos::math::eigenMap(matrix).setIdentity();
+
+    std::cout << mosaic.width() << " x " << mosaic.height() << ", " << matrix << '\n';
+    return lost && kept && matrix(1, 1) == 1.0 ? 0 : 1;
+}
