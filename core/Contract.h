@@ -18,6 +18,7 @@ namespace tarvos::core {
 /// `TARVOS_REQUIRE((row < rows()) && "row index is out of range")`. The diagnostic prints the condition as it
 /// reads after macro expansion, which is what the second macro is for.
 #define TARVOS_REQUIRE(...) TARVOS_REQUIRE_EXPANDED(__VA_ARGS__)
+/// TARVOS_REQUIRE for a condition that is expanded already.
 #define TARVOS_REQUIRE_EXPANDED(...)                                                                     \
     (static_cast<bool>(__VA_ARGS__) ? static_cast<void>(0)                                               \
                                     : ::tarvos::core::contractViolated(#__VA_ARGS__, __FILE__, __LINE__, \

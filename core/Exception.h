@@ -11,11 +11,14 @@ namespace tarvos::core {
 ///
 /// Building one reports it: "Exception Msg: ", the message and a newline go to standard error at once, so
 /// that an error is seen even if nobody prints it. Copies print nothing.
+/// @ingroup foundation
 class TARVOS_CORE_EXPORT Exception : public std::exception {
 public:
     /// Stores and reports @p msg. Never throws: a failure in here ends the process.
     explicit Exception(std::string msg) noexcept;
+    /// A silent copy of the message.
     Exception(const Exception& other) = default;
+    /// A silent copy of the message.
     Exception& operator=(const Exception& other) = default;
     ~Exception() override;
 

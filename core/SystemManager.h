@@ -8,6 +8,7 @@ namespace tarvos::core {
 ///
 /// The application decides whether and when. GLUT is initialised once in a process, by the first call; the
 /// context belongs to the thread that made it. An X display is needed: without one GLUT ends the process.
+/// @ingroup graphics
 class TARVOS_CORE_EXPORT SystemManager {
 public:
     /// The one object of the process.

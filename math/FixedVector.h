@@ -11,6 +11,7 @@ namespace tarvos::math {
 /// A vector of @p N doubles, N fixed at compile time: as small and as cheap to copy as its elements.
 ///
 /// It converts to a Vector, so it can be printed or passed wherever a vector is read.
+/// @ingroup math
 template <unsigned int N>
 class FixedVector {
 public:
@@ -21,16 +22,22 @@ public:
               typename = std::enable_if_t<sizeof...(Values) == N && (std::is_arithmetic_v<Values> && ...)>>
     constexpr explicit FixedVector(Values... values) : mElements{static_cast<double>(values)...} {}
 
+    /// The number of elements.
     static constexpr unsigned int dimension() { return N; }
+    /// Sets every element to @p value.
     void fill(double value) { mElements.fill(value); }
 
     /// Element @p i, counted from 0 and not checked.
     constexpr double& operator[](unsigned int i) { return mElements[i]; }
+    /// The value of element @p i, not checked.
     constexpr double operator[](unsigned int i) const { return mElements[i]; }
 
+    /// The N elements.
     double* data() noexcept { return mElements.data(); }
+    /// The N elements, to be read only.
     const double* data() const noexcept { return mElements.data(); }
 
+    /// An independent Vector of the same elements.
     operator Vector() const {
         Vector vector(N);
         std::copy(mElements.begin(), mElements.end(), vector.data());

@@ -16,6 +16,7 @@ namespace tarvos::math {
 /// it.
 ///
 /// Class invariant: rows() * cols() elements are stored.
+/// @ingroup math
 class TARVOS_MATH_EXPORT Matrix {
 public:
     /// How SquareMatrix::invert works.
@@ -27,10 +28,13 @@ public:
     Matrix() noexcept = default;
     /// A zero matrix.
     Matrix(unsigned int rows, unsigned int cols);
+    /// An independent copy.
     Matrix(const Matrix& other) = default;
+    /// Takes over the elements; @p other becomes 0 x 0.
     Matrix(Matrix&& other) noexcept;
     /// Takes the shape and the elements of @p other, also through a `Matrix&` to a derived object.
     Matrix& operator=(const Matrix& other) = default;
+    /// Takes over the elements; @p other becomes 0 x 0, unless it is this matrix.
     Matrix& operator=(Matrix&& other) noexcept;
     virtual ~Matrix();
 
@@ -40,14 +44,18 @@ public:
     virtual void fill(double value);
     /// The element at (@p row, @p col), counted from 0. Throws `std::out_of_range` outside the matrix.
     virtual double& operator()(unsigned int row, unsigned int col);
+    /// The value of that element. Throws `std::out_of_range` outside the matrix.
     virtual double operator()(unsigned int row, unsigned int col) const;
 
+    /// The number of rows.
     unsigned int rows() const noexcept { return mRows; }
+    /// The number of columns.
     unsigned int cols() const noexcept { return mCols; }
 
     /// The elements, row by row: element (r, c) is `data()[r * cols() + c]`. The pointer is valid until the
     /// matrix is assigned to, moved from or destroyed.
     double* data() noexcept { return mElements.data(); }
+    /// The elements, to be read only.
     const double* data() const noexcept { return mElements.data(); }
 
 protected:

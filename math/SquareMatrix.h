@@ -5,16 +5,13 @@
 namespace tarvos::math {
 
 /// An n x n matrix of doubles. A new one is zero; assignment takes the source's size.
+/// @ingroup math
 class TARVOS_MATH_EXPORT SquareMatrix : public Matrix {
 public:
     /// A 0 x 0 matrix.
     SquareMatrix() noexcept = default;
     /// An @p n x @p n zero matrix.
     explicit SquareMatrix(unsigned int n) : Matrix(n, n) {}
-    SquareMatrix(const SquareMatrix& other) = default;
-    SquareMatrix(SquareMatrix&& other) noexcept = default;
-    SquareMatrix& operator=(const SquareMatrix& other) = default;
-    SquareMatrix& operator=(SquareMatrix&& other) noexcept = default;
 
     /// The inverse. Throws `std::domain_error`, naming the size, for a matrix that is singular to working
     /// precision (a pivot below n times the machine epsilon times the largest pivot), holds a NaN, or was

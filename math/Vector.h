@@ -5,16 +5,13 @@
 namespace tarvos::math {
 
 /// A column vector of doubles. A new vector is zero; assignment takes the source's length.
+/// @ingroup math
 class TARVOS_MATH_EXPORT Vector : public Matrix {
 public:
     /// A vector of no elements.
     Vector() noexcept = default;
     /// @p n zeros.
     explicit Vector(unsigned int n) : Matrix(n, 1) {}
-    Vector(const Vector& other) = default;
-    Vector(Vector&& other) noexcept = default;
-    Vector& operator=(const Vector& other) = default;
-    Vector& operator=(Vector&& other) noexcept = default;
 
     /// Element @p i, counted from 0 and not checked; writable also through a const vector.
     double& operator[](unsigned int i) const { return mElements.data()[i]; }

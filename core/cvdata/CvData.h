@@ -7,6 +7,7 @@ namespace tarvos::core::cvdata {
 
 /// The root of all vision data. A tag, fixed at construction, says what concrete kind of data an object is,
 /// so that code holding a `CvData&` can tell.
+/// @ingroup images
 class TARVOS_CORE_EXPORT CvData {
 public:
     /// What an object is; beside each value, the class that sets it.
@@ -18,7 +19,9 @@ public:
         REPR_COLOR_GMM = 0x4000001F                ///< ColorGMM
     };
 
+    /// Data with the tag @p type for life.
     explicit CvData(DataReprType type) noexcept : mDataReprType(type) {}
+    /// Data with the tag of @p data.
     CvData(const CvData& data) noexcept = default;
     virtual ~CvData();
 
@@ -26,6 +29,7 @@ public:
     /// all. To copy data, assign objects of the same concrete class.
     virtual CvData& operator=(const CvData& data);
 
+    /// The tag.
     DataReprType type() const noexcept { return mDataReprType; }
 
 private:

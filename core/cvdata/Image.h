@@ -30,6 +30,7 @@ namespace tarvos::core::cvdata {
 /// Sizes that no image can have (a negative width or height, or more than 2^31 - 1 bytes, the most an OpenCV
 /// header counts) throw `std::bad_alloc` or a class derived from it. When an operation throws, its target is
 /// as it was.
+/// @ingroup images
 class TARVOS_CORE_EXPORT Image : public TimedData {
 public:
     /// The order of the channels within a pixel.
@@ -82,6 +83,7 @@ public:
     /// Stops the process when this image is empty.
     virtual Image* clone() const;
 
+    /// Channels of a pixel: 1, 3 or 4.
     virtual int nofChannels() const { return mNofChannels; }
 
     /// Copies pixels, size, layout, depth and alignment; the time stamp stays. The buffer is kept when the
@@ -93,9 +95,13 @@ public:
     /// copy.
     Image& operator=(Image&& image) noexcept;
 
+    /// Width in pixels.
     int width() const noexcept { return mWidth; }
+    /// Height in pixels.
     int height() const noexcept { return mHeight; }
+    /// Layout of the channels.
     ColorChannels channels() const noexcept { return mChannels; }
+    /// Depth of a channel.
     BitsPerChannel bitsPerChannel() const noexcept { return mBitsPerChannel; }
     /// The first pixel of the first row; null in an empty image. Changes only where the image is given
     /// another size.

@@ -14,6 +14,7 @@ namespace tarvos::core::cvdata {
 ///
 /// Class invariant: width() = columns x cell width and height() = rows x cell height. Through an `Image&` it
 /// can be broken; setCellImage then stops the process.
+/// @ingroup images
 class TARVOS_CORE_EXPORT TiledImage : public Image {
 public:
     /// @p rows x @p cols cells of @p cellWidth x @p cellHeight pixels each, not initialised. Errors as in

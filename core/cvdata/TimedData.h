@@ -6,17 +6,21 @@ namespace tarvos::core::cvdata {
 
 /// Vision data with a time stamp. The library gives the stamp no unit and no epoch and never sets it: the
 /// code that produces the data does.
+/// @ingroup images
 class TARVOS_CORE_EXPORT TimedData : public CvData {
 public:
     /// Starts at time stamp 0.
     explicit TimedData(DataReprType type) noexcept : CvData(type) {}
     ~TimedData() override;
 
+    /// Copies the tag and the time stamp.
     TimedData(const TimedData& data) noexcept = default;
     /// Member-wise: checks the tags and copies the time stamp, nothing of a derived class.
     TimedData& operator=(const TimedData& data) = default;
 
+    /// Sets the time stamp, in whatever unit the application uses.
     void setTimeStamp(long timeStamp) noexcept { mTimeStamp = timeStamp; }
+    /// The time stamp last set, 0 in new data.
     long getTimeStamp() const noexcept { return mTimeStamp; }
 
 protected:

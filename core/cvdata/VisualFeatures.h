@@ -5,8 +5,10 @@
 namespace tarvos::core::cvdata {
 
 /// The base of the feature containers.
+/// @ingroup features
 class TARVOS_CORE_EXPORT VisualFeatures : public CvData {
 public:
+    /// A feature with the tag @p type, its flag false.
     explicit VisualFeatures(DataReprType type) noexcept : CvData(type) {}
     /// Copies the tag and the flag.
     VisualFeatures(const VisualFeatures& features) noexcept = default;

@@ -21,6 +21,7 @@ namespace tarvos::core::parser {
 ///
 /// The flag "help" is always there. Words that name nothing are ignored. A name registered twice makes two
 /// records: parse() serves both, the readers find the first, flags before options.
+/// @ingroup utilities
 class TARVOS_CORE_EXPORT CmdLineParser {
 public:
     /// One flag or option.
@@ -29,8 +30,8 @@ public:
         std::string description;   ///< for the usage table
         std::string value;         ///< of a flag "0" or, once seen, "1"
         std::string defaultValue;  ///< as registered; "0" for a flag
-        bool setOnCommandLine;
-        bool mandatory;  ///< options only
+        bool setOnCommandLine;     ///< whether parse() has seen the name
+        bool mandatory;            ///< options only
     };
 
     /// Takes what `main` got. The arguments are not copied: keep them until parse() has run.
@@ -52,7 +53,9 @@ public:
     std::string getValue(std::string name) const;
     /// Whether the value is exactly "1".
     bool getValueBool(std::string name) const;
+    /// The value as a whole number; see get().
     int getValueInt(std::string name) const;
+    /// The value as a number; see get().
     double getValueDouble(std::string name) const;
     /// The value as formatted extraction from a stream reads it, in the classic locale: leading blanks are
     /// skipped and what follows the value is ignored ("12abc" gives 12). Text that is no T gives what

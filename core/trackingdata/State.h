@@ -28,6 +28,7 @@ namespace tarvos::core {
 ///
 /// Class invariant: there is a pose, and every block has poseDoF() elements. The number of blocks and the
 /// pose object stay the same for life. Moving copies, since a state always has a pose.
+/// @ingroup tracking
 class TARVOS_CORE_EXPORT State : public TrackingData {
 public:
     /// A state on a clone of @p pose with @p maxOrder - 1 blocks (none when it is 1 or less), reset to
@@ -49,11 +50,15 @@ public:
 
     /// The state's own pose.
     cvdata::Pose* pose() const { return mPose.get(); }
+    /// D: elements of the pose's data.
     int poseDimension() const { return mPose->dimension(); }
+    /// F: elements of the pose's incremental data and of each block.
     int poseDoF() const { return mPose->dof(); }
     /// The number of blocks plus one.
     int getMaxOrder() const { return static_cast<int>(mDerivatives.size()) + 1; }
+    /// Elements of the data form: D + n F.
     int stateDimension() const { return poseDimension() + derivativesDimension(); }
+    /// Elements of the incremental form: (n + 1) F.
     int stateIncDimension() const { return poseDoF() + derivativesDimension(); }
 
     /// Sets the pose's data; @p poseData has poseDimension() elements.

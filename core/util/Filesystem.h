@@ -13,6 +13,7 @@ namespace tarvos::core::util {
 /// rm, mv, cp and ls throw Exception, which also reports itself on standard error. Where an operation says
 /// "the file system's error", that is `boost::filesystem::filesystem_error`, and nothing is printed. Nothing
 /// is undone after an error.
+/// @ingroup utilities
 class TARVOS_CORE_EXPORT Filesystem {
 public:
     /// Creates one directory. False when it was there already. Throws the file system's error, also when the

@@ -15,6 +15,7 @@ namespace tarvos::core::util {
 /// such a directory. Each step is reported on standard error.
 ///
 /// The path is kept as it was found, relative to the current directory of that time or absolute.
+/// @ingroup utilities
 class TARVOS_CORE_EXPORT Resources {
 public:
     /// Uses @p dataDirPath as it is, untested, or, when it is empty, looks for the data directory of the

@@ -12,6 +12,7 @@
 namespace tarvos::core::cvdata {
 
 /// A list of blobs: connected regions that an application found in an image.
+/// @ingroup features
 class TARVOS_CORE_EXPORT Blobs : public VisualFeatures {
 public:
     /// One blob. The library gives the fields no meaning; a new record is all zero. What a vision application

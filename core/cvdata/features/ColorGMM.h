@@ -12,19 +12,22 @@
 namespace tarvos::core::cvdata {
 
 /// One component of a Gaussian mixture. Nothing keeps its fields in step: whoever fills it sets them all.
+/// @ingroup features
 class TARVOS_CORE_EXPORT GM {
 public:
     /// A component of dimension @p dim: mean, covariance and inverse zero, weight 1, determinant 0.
     explicit GM(unsigned int dim);
+    /// An independent copy of all fields.
     GM(const GM& other) = default;
+    /// Copies all fields.
     GM& operator=(const GM& other) = default;
     virtual ~GM();
 
     math::SquareMatrix mCovariance;         ///< mDim x mDim
     math::SquareMatrix mCovarianceInverse;  ///< mDim x mDim
     float mDeterminant = 0.0F;              ///< of the covariance
-    unsigned int mDim;
-    math::Vector mMean;    ///< mDim elements
+    unsigned int mDim;                      ///< dimension of the component
+    math::Vector mMean;                     ///< mDim elements
     float mWeight = 1.0F;  ///< share of this component in the mixture; the weights of a mixture sum to 1
 };
 
@@ -34,6 +37,7 @@ public:
 /// Components are held through shared pointers, so that a user can keep one. Construction, copying and
 /// initSkinDistribution() give every slot a component of its own and never overwrite one: a component kept
 /// from before stays as it was.
+/// @ingroup features
 class TARVOS_CORE_EXPORT ColorGMM : public VisualFeatures {
 public:
     /// @p nMixtures components of dimension @p dim. Stops the process when @p dim is above 4.

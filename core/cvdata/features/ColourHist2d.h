@@ -16,8 +16,10 @@ namespace tarvos::core::cvdata {
 ///
 /// Class invariant: the vector has getBinsTotal() elements. Only an assignment to data() can break it. Moving
 /// copies, since a histogram always has its vector.
+/// @ingroup features
 class TARVOS_CORE_EXPORT ColourHist2d : public VisualFeatures {
 public:
+    /// A zero histogram of @p bins1 x @p bins2 x @p bins3 entries.
     ColourHist2d(unsigned char bins1, unsigned char bins2, unsigned char bins3);
     /// A deep copy; its mFlag is false.
     ColourHist2d(const ColourHist2d& other);
@@ -43,11 +45,11 @@ public:
 protected:
     using VisualFeatures::operator=;
 
-    std::unique_ptr<math::Vector> mColourHistData;
-    unsigned char mBins1 = 0;
-    unsigned char mBins2 = 0;
-    unsigned char mBins3 = 0;
-    std::uint32_t mPlaneBins = 0;  ///< bins1 x bins2
+    std::unique_ptr<math::Vector> mColourHistData;  ///< the entries; never null
+    unsigned char mBins1 = 0;                       ///< bins of channel 1
+    unsigned char mBins2 = 0;                       ///< bins of channel 2
+    unsigned char mBins3 = 0;                       ///< bins of channel 3
+    std::uint32_t mPlaneBins = 0;                   ///< bins1 x bins2
 };
 
 }  // namespace tarvos::core::cvdata

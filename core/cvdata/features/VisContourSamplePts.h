@@ -14,6 +14,7 @@ namespace tarvos::core::cvdata {
 /// The application fills and reads both lists. Edges point to points that they do not own, usually those in
 /// mPoints; growing mPoints moves them, so fill it first (or reserve). A copy would point into the points of
 /// the original, so there is no copy construction, and assignment stops the process.
+/// @ingroup features
 class TARVOS_CORE_EXPORT VisContourSamplePts : public VisualFeatures {
 public:
     /// A sample point. The library gives the fields no meaning; a new record is all zero. What a contour
@@ -46,9 +47,9 @@ public:
     /// Removes the edges. The points stay.
     void clear();
 
-    std::vector<Edge> mEdges;
-    std::vector<CPOINT> mPoints;
-    std::int32_t mField = 0;  ///< free for the application
+    std::vector<Edge> mEdges;     ///< stretches of contour
+    std::vector<CPOINT> mPoints;  ///< the points that edges refer to
+    std::int32_t mField = 0;      ///< free for the application
 
 protected:
     using VisualFeatures::operator=;

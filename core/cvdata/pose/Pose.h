@@ -31,6 +31,7 @@ namespace tarvos::core::cvdata {
 ///     };
 ///
 /// Class invariant: mData has dimension() elements and mIncData has dof(). A derived class keeps it.
+/// @ingroup tracking
 class TARVOS_CORE_EXPORT Pose {
 public:
     virtual ~Pose();
@@ -52,9 +53,13 @@ public:
     /// pose with members of its own overrides this. Stops the process when the counts differ.
     virtual Pose& operator=(const Pose& pose);
 
+    /// Elements of the data.
     int dimension() const { return mDimension; }
+    /// Elements of the incremental data: the degrees of freedom.
     int dof() const { return mDof; }
+    /// 0 while the data is out of date.
     int getUpdateFlag() const { return mUpdateFlag; }
+    /// 0 while the incremental data is out of date.
     int getUpdateIncFlag() const { return mUpdateIncFlag; }
 
     /// Copies the data, brought up to date, into @p vec. Stops the process unless it has dimension()
@@ -81,12 +86,12 @@ protected:
     /// A deep copy.
     Pose(const Pose& pose);
 
-    const int mDimension;
-    const int mDof;
-    int mUpdateFlag = 1;  ///< 0 while mData is out of date
-    const std::unique_ptr<math::Vector> mData;
-    const std::unique_ptr<math::Vector> mIncData;
-    int mUpdateIncFlag = 1;  ///< 0 while mIncData is out of date
+    const int mDimension;                          ///< elements of mData
+    const int mDof;                                ///< elements of mIncData
+    int mUpdateFlag = 1;                           ///< 0 while mData is out of date
+    const std::unique_ptr<math::Vector> mData;     ///< the data
+    const std::unique_ptr<math::Vector> mIncData;  ///< the incremental data
+    int mUpdateIncFlag = 1;                        ///< 0 while mIncData is out of date
 };
 
 }  // namespace tarvos::core::cvdata
