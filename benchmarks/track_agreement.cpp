@@ -31,8 +31,7 @@ cv::Rect visibleSkin(const Image& frame) {
     cv::Mat mask;
     cv::cvtColor(cv::cvarrToMat(frame.iplImage()), chrominance, cv::COLOR_BGR2YCrCb);
     cv::inRange(chrominance, cv::Scalar(0, 135, 85), cv::Scalar(255, 180, 135), mask);
-    cv::morphologyEx(mask, mask, cv::MORPH_OPEN,
-                     cv::getStructuringElement(cv::MORPH_ELLIPSE, cv::Size(5, 5)));
+    cv::morphologyEx(mask, mask, cv::MORPH_OPEN, cv::getStructuringElement(cv::MORPH_ELLIPSE, cv::Size(5, 5)));
     const skin_tracker::Regions regions(mask, SPECK * static_cast<double>(mask.total()));
     cv::Rect box;
     for (const auto& blob : regions.blobs().mBlobs)

@@ -46,8 +46,7 @@ void trackerProcess(benchmark::State& state) {
         process();
     if (!tracker.found())
         state.SkipWithError("the ellipse is not tracked");
-    state.counters["fps"] =
-        benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
+    state.counters["fps"] = benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
 }
 BENCHMARK(trackerProcess)->Unit(benchmark::kMillisecond)->UseRealTime();
 
@@ -57,8 +56,7 @@ void opencvToHsv(benchmark::State& state) {
     std::size_t next = 0;
     for (auto _ : state)
         cv::cvtColor(cv::cvarrToMat(frames[next++ % frames.size()].iplImage()), hsv, cv::COLOR_RGB2HSV);
-    state.counters["fps"] =
-        benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
+    state.counters["fps"] = benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
 }
 BENCHMARK(opencvToHsv)->Unit(benchmark::kMillisecond)->UseRealTime();
 

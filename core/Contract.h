@@ -8,9 +8,8 @@
 namespace tarvos::core {
 
 /// Writes one line in the form of the C library's `assert` to standard error and aborts.
-[[noreturn]] TARVOS_CORE_EXPORT void contractViolated(const char* condition, const char* file,
-                                                      unsigned int line, const char* function)
-    __attribute__((cold));
+[[noreturn]] TARVOS_CORE_EXPORT void contractViolated(const char* condition, const char* file, unsigned int line,
+                                                      const char* function) __attribute__((cold));
 
 }  // namespace tarvos::core
 
@@ -19,10 +18,10 @@ namespace tarvos::core {
 /// reads after macro expansion, which is what the second macro is for.
 #define TARVOS_REQUIRE(...) TARVOS_REQUIRE_EXPANDED(__VA_ARGS__)
 /// TARVOS_REQUIRE for a condition that is expanded already.
-#define TARVOS_REQUIRE_EXPANDED(...)                                                                     \
-    (static_cast<bool>(__VA_ARGS__) ? static_cast<void>(0)                                               \
-                                    : ::tarvos::core::contractViolated(#__VA_ARGS__, __FILE__, __LINE__, \
-                                                                       __extension__ __PRETTY_FUNCTION__))
+#define TARVOS_REQUIRE_EXPANDED(...) \
+    (static_cast<bool>(__VA_ARGS__)  \
+         ? static_cast<void>(0)      \
+         : ::tarvos::core::contractViolated(#__VA_ARGS__, __FILE__, __LINE__, __extension__ __PRETTY_FUNCTION__))
 
 /// The same where the wording of the condition compares a signed with an unsigned number on purpose: both
 /// sides become unsigned, so that a negative number is larger than every size.

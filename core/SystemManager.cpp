@@ -53,9 +53,9 @@ void tellProgramLimit(const char* label, GLenum limit) {
 
 void checkGpu() {
     std::cout << "GPU Vendor: " << glGetString(GL_VENDOR) << std::endl;
-    requireSupport({"GL_ARB_fragment_shader", "GL_ARB_vertex_shader", "GL_ARB_shader_objects",
-                    "GL_ARB_shading_language_100"},
-                   "ERROR: GPU does not support required Shader capabilities.");
+    requireSupport(
+        {"GL_ARB_fragment_shader", "GL_ARB_vertex_shader", "GL_ARB_shader_objects", "GL_ARB_shading_language_100"},
+        "ERROR: GPU does not support required Shader capabilities.");
     requireSupport({"GL_EXT_framebuffer_object"},
                    "ERROR: Framebuffer Objects (GL_EXT_framebuffer_object) are not supported.");
     requireSupport({"GL_ARB_texture_rectangle"}, "GL_ARB_texture_rectangle is not supported");

@@ -28,8 +28,7 @@ public:
     /// output. When GLEW cannot be initialised or a capability is missing (shaders, framebuffer objects,
     /// rectangle textures), it says so and ends the process with `exit(-1)` (status 255). Vertex buffer
     /// objects and geometry shaders may be missing.
-    void initOpenGLContext(int width, int height, int posX, int posY, const char* title,
-                           bool checkCapabilities);
+    void initOpenGLContext(int width, int height, int posX, int posY, const char* title, bool checkCapabilities);
 
 private:
     bool mGlutInitialised = false;

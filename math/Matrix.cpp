@@ -53,8 +53,8 @@ double Matrix::operator()(unsigned int row, unsigned int col) const {
 
 std::size_t Matrix::indexOf(unsigned int row, unsigned int col) const {
     if (row >= mRows || col >= mCols)
-        throw std::out_of_range("no element (" + std::to_string(row) + ", " + std::to_string(col) +
-                                ") in a " + std::to_string(mRows) + "x" + std::to_string(mCols) + " matrix");
+        throw std::out_of_range("no element (" + std::to_string(row) + ", " + std::to_string(col) + ") in a " +
+                                std::to_string(mRows) + "x" + std::to_string(mCols) + " matrix");
     return std::size_t{row} * mCols + col;
 }
 

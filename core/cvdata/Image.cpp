@@ -88,9 +88,8 @@ Image::Image(std::string path) : TimedData(REPR_IMAGE) {
 }
 
 Image::Image(const Image& image) : TimedData(REPR_IMAGE), mChannels(CHANNELS_BGR) {
-    TARVOS_REQUIRE(
-        CV_IS_IMAGE(image.iplImage()) &&
-        "Source image doesn't exist, can't use the copy constructor 'cvdata::Image(const Image& image)'.");
+    TARVOS_REQUIRE(CV_IS_IMAGE(image.iplImage()) &&
+                   "Source image doesn't exist, can't use the copy constructor 'cvdata::Image(const Image& image)'.");
     TARVOS_REQUIRE((image.iplImage()->nChannels == 1) || (image.iplImage()->nChannels == 3) ||
                    (image.iplImage()->nChannels == 4));
     updateFromOpencvHeader(image.iplImage());
@@ -119,10 +118,8 @@ Image& Image::operator=(const Image& image) {
     TARVOS_REQUIRE(image.isInStep() && "Image: the source's description and its pixels are out of step.");
 
     const bool sameGeometry = mAlign == image.mAlign && mBitsPerChannel == image.mBitsPerChannel &&
-                              mChannels == image.mChannels && mWidth == image.mWidth &&
-                              mHeight == image.mHeight;
-    const std::int32_t step =
-        alignedWidthStep(image.mWidth, image.mNofChannels, image.mBitsPerChannel, image.mAlign);
+                              mChannels == image.mChannels && mWidth == image.mWidth && mHeight == image.mHeight;
+    const std::int32_t step = alignedWidthStep(image.mWidth, image.mNofChannels, image.mBitsPerChannel, image.mAlign);
     // Equal geometry does not mean equal strides: a stride that came with an OpenCV header may be any.
     if (!sameGeometry || mWidthStep != step || !isInStep()) {
         Image resized;
@@ -180,8 +177,8 @@ void Image::updateOpencvHeader() {
         mIplImage.reset(cvCreateImageHeader(cvSize(mWidth, mHeight), depth->opencvDepth, mNofChannels));
     } else {
         cvResetImageROI(mIplImage.get());
-        cvInitImageHeader(mIplImage.get(), cvSize(mWidth, mHeight), depth->opencvDepth, mNofChannels,
-                          IPL_ORIGIN_TL, DEFAULT_ALIGN);
+        cvInitImageHeader(mIplImage.get(), cvSize(mWidth, mHeight), depth->opencvDepth, mNofChannels, IPL_ORIGIN_TL,
+                          DEFAULT_ALIGN);
     }
     cvSetData(mIplImage.get(), mImageBuffer.get(), mWidthStep);
 }
@@ -203,8 +200,7 @@ void Image::updateFromOpencvHeader(const IplImage* image) {
         else if (sequence[0] == 'R')
             mChannels = CHANNELS_RGB;
     } else if (image->nChannels == 4) {
-        mChannels =
-            sequence[0] == 'B' && sequence[1] == 'G' && sequence[2] == 'R' ? CHANNELS_BGRA : CHANNELS_RGBA;
+        mChannels = sequence[0] == 'B' && sequence[1] == 'G' && sequence[2] == 'R' ? CHANNELS_BGRA : CHANNELS_RGBA;
     }
     setNofChannels(mChannels);
     mBitsPerChannel = depth->bits;
@@ -274,11 +270,9 @@ bool Image::fitsBuffer() const {
 /// Whether the fields and the header describe the buffer.
 bool Image::isInStep() const {
     const DepthCode* depth = findDepth(&DepthCode::bits, mBitsPerChannel);
-    return mIplImage != nullptr &&
-           mIplImage->imageData == reinterpret_cast<const char*>(mImageBuffer.get()) &&
-           mIplImage->width == mWidth && mIplImage->height == mHeight &&
-           mIplImage->nChannels == mNofChannels && depth != nullptr &&
-           mIplImage->depth == depth->opencvDepth && fitsBuffer();
+    return mIplImage != nullptr && mIplImage->imageData == reinterpret_cast<const char*>(mImageBuffer.get()) &&
+           mIplImage->width == mWidth && mIplImage->height == mHeight && mIplImage->nChannels == mNofChannels &&
+           depth != nullptr && mIplImage->depth == depth->opencvDepth && fitsBuffer();
 }
 
 void Image::swapPixels(Image& other) noexcept {

@@ -16,8 +16,7 @@ namespace {
 /// in their own way, so the file descriptor is the one place where all of them can be kept quiet.
 class HeldStandardError {
 public:
-    HeldStandardError()
-        : mHeld(memfd_create("held standard error", MFD_CLOEXEC)), mStandardError(dup(STDERR_FILENO)) {
+    HeldStandardError() : mHeld(memfd_create("held standard error", MFD_CLOEXEC)), mStandardError(dup(STDERR_FILENO)) {
         std::fflush(stderr);
         if (mHeld >= 0 && mStandardError >= 0)
             dup2(mHeld, STDERR_FILENO);

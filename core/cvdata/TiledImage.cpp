@@ -66,9 +66,9 @@ void TiledImage::setCellImage(size_t cellRow, size_t cellCol, Image* img) {
     if (mCellWidth == 0 || mCellHeight == 0)
         return;
 
-    const RegionOfInterest cell(
-        iplImage(), cvRect(static_cast<int>(mCellWidth * cellCol), static_cast<int>(mCellHeight * cellRow),
-                           static_cast<int>(mCellWidth), static_cast<int>(mCellHeight)));
+    const RegionOfInterest cell(iplImage(),
+                                cvRect(static_cast<int>(mCellWidth * cellCol), static_cast<int>(mCellHeight * cellRow),
+                                       static_cast<int>(mCellWidth), static_cast<int>(mCellHeight)));
     cvCopy(img->iplImage(), iplImage());
 }
 

@@ -42,10 +42,8 @@ void CmdLineParser::setAppDescription(std::string description) {
     mAppDescription = std::move(description);
 }
 
-void CmdLineParser::addOption(std::string name, std::string description, std::string defaultValue,
-                              bool mandatory) {
-    mOptions.push_back(
-        {std::move(name), std::move(description), defaultValue, defaultValue, false, mandatory});
+void CmdLineParser::addOption(std::string name, std::string description, std::string defaultValue, bool mandatory) {
+    mOptions.push_back({std::move(name), std::move(description), defaultValue, defaultValue, false, mandatory});
 }
 
 void CmdLineParser::addFlag(std::string name, std::string description) {
@@ -68,8 +66,8 @@ void CmdLineParser::parse() {
             if (option.name != name)
                 continue;
             if (i + 1 >= mArgc) {
-                std::cerr << "Warning: Option \"" << option.name
-                          << "\" requires an argument!! Value unchanged!!" << std::endl;
+                std::cerr << "Warning: Option \"" << option.name << "\" requires an argument!! Value unchanged!!"
+                          << std::endl;
                 endProcess();
             }
             option.value = mArgv[++i];
@@ -81,9 +79,8 @@ void CmdLineParser::parse() {
         printUsage("");
         endProcess();
     }
-    const auto missing = std::find_if(mOptions.begin(), mOptions.end(), [](const t_arg& option) {
-        return option.mandatory && !option.setOnCommandLine;
-    });
+    const auto missing = std::find_if(mOptions.begin(), mOptions.end(),
+                                      [](const t_arg& option) { return option.mandatory && !option.setOnCommandLine; });
     if (missing != mOptions.end()) {
         std::cerr << "Warning: Option \"" << missing->name << "\" must be set!!" << std::endl;
         printUsage("");
@@ -119,13 +116,12 @@ void CmdLineParser::printUsage(std::string extra) const {
     if (!mAppDescription.empty())
         table << mAppDescription << '\n';
     table << "Command line options:\n";
-    table << Field{"Option", 20} << Field{"Default", 20} << Field{"Current", 20} << Field{"Description", 20}
-          << '\n';
+    table << Field{"Option", 20} << Field{"Default", 20} << Field{"Current", 20} << Field{"Description", 20} << '\n';
     table << std::string(80, '-') << '\n';
     for (const t_arg& flag : mFlags) {
         table << '-' << Field{flag.name, 16} << Field{mark(flag.setOnCommandLine, "(*)"), 3}
-              << Field{yesNo(flag.defaultValue), 20} << Field{yesNo(flag.value), 20}
-              << Field{flag.description, 20} << '\n';
+              << Field{yesNo(flag.defaultValue), 20} << Field{yesNo(flag.value), 20} << Field{flag.description, 20}
+              << '\n';
     }
     for (const t_arg& option : mOptions) {
         table << '-' << Field{option.name, 13} << Field{mark(option.mandatory, "(+)"), 3}
@@ -140,8 +136,8 @@ void CmdLineParser::printUsage(std::string extra) const {
 
 const CmdLineParser::t_arg* CmdLineParser::find(const std::string& name) const {
     for (const auto* records : {&mFlags, &mOptions}) {
-        const auto found = std::find_if(records->begin(), records->end(),
-                                        [&](const t_arg& record) { return record.name == name; });
+        const auto found =
+            std::find_if(records->begin(), records->end(), [&](const t_arg& record) { return record.name == name; });
         if (found != records->end())
             return &*found;
     }

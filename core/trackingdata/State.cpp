@@ -67,15 +67,13 @@ void State::resetIncData() {
 
 void State::setPoseData(const math::Vector& poseData) {
     const auto pdim = static_cast<unsigned int>(poseDimension());
-    TARVOS_REQUIRE((pdim == poseData.dimension()) &&
-                   "ERROR: finite state dimension does not match the input vector!");
+    TARVOS_REQUIRE((pdim == poseData.dimension()) && "ERROR: finite state dimension does not match the input vector!");
     mPose->setData(poseData);
 }
 
 void State::getPoseData(math::Vector& poseData) const {
     const auto pdim = static_cast<unsigned int>(poseDimension());
-    TARVOS_REQUIRE((pdim == poseData.dimension()) &&
-                   "ERROR: finite state dimension does not match the input vector!");
+    TARVOS_REQUIRE((pdim == poseData.dimension()) && "ERROR: finite state dimension does not match the input vector!");
     mPose->getData(poseData);
 }
 
@@ -133,15 +131,13 @@ void State::setIncDataFromVector(const math::Vector& stateIncData, int order) {
 void State::setDataFromVector(const math::Vector& stateData, int order) {
     if (order == -1) {
         const auto sdim = static_cast<unsigned int>(stateDimension());
-        TARVOS_REQUIRE((sdim == stateData.dimension()) &&
-                       "ERROR: state dimension does not match the input vector!");
+        TARVOS_REQUIRE((sdim == stateData.dimension()) && "ERROR: state dimension does not match the input vector!");
         mPose->setData(headOf(stateData, poseDimension()));
         setBlocksFrom(stateData.data() + poseDimension());
         return;
     }
     const auto pdim = static_cast<unsigned int>(poseDimension());
-    TARVOS_REQUIRE((pdim == stateData.dimension()) &&
-                   "ERROR: state dimension does not match the input vector!");
+    TARVOS_REQUIRE((pdim == stateData.dimension()) && "ERROR: state dimension does not match the input vector!");
     TARVOS_REQUIRE((order <= getMaxOrder()) && "ERROR: too high AR order for this state!");
     if (order == 0) {
         mPose->setData(stateData);

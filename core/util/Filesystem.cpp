@@ -11,8 +11,7 @@ namespace fs = boost::filesystem;
 namespace {
 
 bool endsWith(const std::string& text, const std::string& ending) {
-    return text.size() >= ending.size() &&
-           text.compare(text.size() - ending.size(), ending.size(), ending) == 0;
+    return text.size() >= ending.size() && text.compare(text.size() - ending.size(), ending.size(), ending) == 0;
 }
 
 /// Calls @p visit with the path and the name of every entry of @p dir.
@@ -68,8 +67,7 @@ bool Filesystem::cp(std::string from, std::string to) {
     try {
         fs::copy_file(from, to);
     } catch (const std::exception&) {
-        throw Exception("Filesystem exception: cp(" + from + ", " + to + ") failed. Does " + to +
-                        " already exist?");
+        throw Exception("Filesystem exception: cp(" + from + ", " + to + ") failed. Does " + to + " already exist?");
     }
     return exists(to);
 }

@@ -45,8 +45,8 @@ double likelihood(const ColorGMM& skin, double hue, double saturation) {
     return sum;
 }
 
-/// Paints the skin in the image green and returns how many pixels that were and, in centre, where their
-/// middle is.
+/// Paints the skin in the image green and returns how many pixels that were and, in centre, where
+/// their middle is.
 int markSkin(Image& image, const ColorGMM& skin, Vector& centre) {
     cv::Mat pixels = cv::cvarrToMat(image.iplImage());  // a view: nothing is copied
     cv::Mat hsv;
@@ -89,7 +89,8 @@ int main(int argc, char** argv) {
         for (unsigned int i = 0; i < 2; ++i)
             place[i] += velocity[i] * dt;
 
-        // Correct: half of what is seen beside the prediction goes into the place, a part into the velocity.
+        // Correct: half of what is seen beside the prediction goes into the place, a part into the
+        // velocity.
         Vector seen(2);
         if (markSkin(image, skin, seen) > 0) {
             for (unsigned int i = 0; i < 2; ++i) {
@@ -101,7 +102,7 @@ int main(int argc, char** argv) {
         hand.setIncDataFromVector(place, 0);
         hand.setIncDataFromVector(velocity, 1);
         hand.setTimeStamp(frame * dt);
-        std::cout << "at " << hand.getTimeStamp() << " s: place " << place << " px, velocity " << velocity
-                  << " px/s\n";
+        std::cout << "at " << hand.getTimeStamp() << " s: place " << place << " px, velocity "
+                  << velocity << " px/s\n";
     }
 }

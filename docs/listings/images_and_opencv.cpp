@@ -25,9 +25,11 @@ int main() {
     // A conversion in place changes the order of the channels; say so.
     cv::cvtColor(pixels, pixels, cv::COLOR_BGR2RGB);
     image.setChannels(Image::CHANNELS_RGB);
-    const bool lost = Image(image).channels() == Image::CHANNELS_BGR;  // a copy knows what the header knows
+    const bool lost =
+        Image(image).channels() == Image::CHANNELS_BGR;  // a copy knows what the header knows
 
-    // Frames of one size are copied without an allocation; a vector of images grows without copying.
+    // Frames of one size are copied without an allocation; a vector of images grows without
+    // copying.
     Image last(100, 80, Image::CHANNELS_BGR, Image::BITS_8U);
     const unsigned char* buffer = last.imageBuffer();
     last = copy;

@@ -13,7 +13,9 @@ public:
     StickPose() : Pose(4, 3) { resetData(); }
     StickPose* clone() const override { return new StickPose(*this); }
 
-    void setData(const Vector& data) override { place(data[0], data[1], std::atan2(data[3], data[2])); }
+    void setData(const Vector& data) override {
+        place(data[0], data[1], std::atan2(data[3], data[2]));
+    }
     void setIncData(const Vector& incData) override { place(incData[0], incData[1], incData[2]); }
     void resetData() override { place(0.0, 0.0, 0.0); }
     void resetIncData() override { place(0.0, 0.0, 0.0); }

@@ -35,8 +35,7 @@ void Annotation::draw(const Tracker& tracker, tarvos::core::cvdata::Image& frame
         return;
     cv::Mat pixels = cv::cvarrToMat(frame.iplImage());
     for (const auto& edge : tracker.outline().mEdges)
-        cv::line(pixels, pixel(edge.mPointRefs.front()->mVec4), pixel(edge.mPointRefs.back()->mVec4), GREEN,
-                 2);
+        cv::line(pixels, pixel(edge.mPointRefs.front()->mVec4), pixel(edge.mPointRefs.back()->mVec4), GREEN, 2);
     for (std::size_t i = 1; i < mTrail.size(); ++i)
         cv::line(pixels, mTrail[i - 1], mTrail[i], YELLOW, 2);
     cv::rectangle(pixels, cv::Rect(tracker.motion().box()), tracker.found() ? BLUE : GREY, 2);

@@ -40,8 +40,8 @@ void Mosaic::add(const Image& frame) {
 
 TiledImage Mosaic::compose() {
     const Image& first = mKept.front();
-    TiledImage mosaic(GRID, GRID, static_cast<std::size_t>(first.width()),
-                      static_cast<std::size_t>(first.height()), first.channels(), first.bitsPerChannel());
+    TiledImage mosaic(GRID, GRID, static_cast<std::size_t>(first.width()), static_cast<std::size_t>(first.height()),
+                      first.channels(), first.bitsPerChannel());
     cvSetZero(mosaic.iplImage());
     const std::size_t count = std::min(CELLS, mKept.size());
     for (std::size_t i = 0; i < count; ++i) {

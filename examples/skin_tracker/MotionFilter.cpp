@@ -45,8 +45,7 @@ MotionFilter::MotionFilter(int order, int pictureWidth)
       mState(initialState(order)),
       mFilter(mState.stateIncDimension(), BOX, 0, CV_64F) {
     cv::setIdentity(mFilter.measurementMatrix);
-    cv::setIdentity(mFilter.measurementNoiseCov,
-                    cv::Scalar::all(MEASUREMENT_DEVIATION * MEASUREMENT_DEVIATION));
+    cv::setIdentity(mFilter.measurementNoiseCov, cv::Scalar::all(MEASUREMENT_DEVIATION * MEASUREMENT_DEVIATION));
 }
 
 void MotionFilter::start(const cv::Rect2d& box, double time) {

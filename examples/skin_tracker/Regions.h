@@ -23,9 +23,7 @@ public:
 
     const tarvos::core::cvdata::Blobs& blobs() const { return mBlobs; }
     /// The pixels of one region as a mask.
-    cv::Mat maskOf(const tarvos::core::cvdata::Blobs::BlobInfo& blob) const {
-        return mLabels == blob.mField1;
-    }
+    cv::Mat maskOf(const tarvos::core::cvdata::Blobs::BlobInfo& blob) const { return mLabels == blob.mField1; }
 
 private:
     tarvos::core::cvdata::Blobs mBlobs;

@@ -90,8 +90,7 @@ const Blobs::BlobInfo* Tracker::pick() const {
     const Blobs::BlobInfo* nearest = nullptr;
     for (const Blobs::BlobInfo& blob : mBlobs.mBlobs) {
         const double distance = cv::norm(centreOf(boxOf(blob)) - mPredictedCentre);
-        if (distance <= leastDistance && blob.mField2 < MOST_GROWTH * mArea &&
-            blob.mField2 > mArea / MOST_GROWTH) {
+        if (distance <= leastDistance && blob.mField2 < MOST_GROWTH * mArea && blob.mField2 > mArea / MOST_GROWTH) {
             leastDistance = distance;
             nearest = &blob;
         }

@@ -39,10 +39,9 @@ int numberOf(const CmdLineParser& parser, const std::string& name, int least,
     int number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     if (error != std::errc() || end != text.data() + text.size() || number < least || number > most)
-        throw std::runtime_error(
-            "-" + name + " takes a whole number from " + std::to_string(least) +
-            (most == std::numeric_limits<int>::max() ? " up" : " to " + std::to_string(most)) + ", not \"" +
-            text + "\"");
+        throw std::runtime_error("-" + name + " takes a whole number from " + std::to_string(least) +
+                                 (most == std::numeric_limits<int>::max() ? " up" : " to " + std::to_string(most)) +
+                                 ", not \"" + text + "\"");
     return number;
 }
 
@@ -71,8 +70,7 @@ public:
         } else {
             mText << ",,,,,,";
         }
-        mText << ',' << tracker.blobs().dimension() << ',' << tracker.area() << ',' << tracker.found()
-              << '\n';
+        mText << ',' << tracker.blobs().dimension() << ',' << tracker.area() << ',' << tracker.found() << '\n';
     }
 
     std::string text() const { return mText.str(); }
@@ -126,8 +124,7 @@ void run(const CmdLineParser& parser) {
         video.emplace(results.partOf("track.avi"), source->frameRate() / step);
     Image frame;
     int used = 0;
-    for (int number = 0;
-         (most == 0 || used < most) && (number % step == 0 ? source->read(frame) : source->skip());
+    for (int number = 0; (most == 0 || used < most) && (number % step == 0 ? source->read(frame) : source->skip());
          ++number) {
         if (number % step != 0)
             continue;

@@ -21,9 +21,9 @@ public:
         /// Matrices 2 x 2, vector of 2.
         BlobInfo();
 
-        std::array<double, 5> mValues{};  ///< measures of the region, for instance a score or an elongation
-        std::int32_t mField1 = 0;         ///< for instance the label in a label image
-        std::int32_t mField2 = 0;         ///< for instance the area in pixels
+        std::array<double, 5> mValues{};       ///< measures of the region, for instance a score or an elongation
+        std::int32_t mField1 = 0;              ///< for instance the label in a label image
+        std::int32_t mField2 = 0;              ///< for instance the area in pixels
         std::array<std::int32_t, 4> mBlock{};  ///< for instance the box: x, y, width, height in pixels
         math::SquareMatrix mMatrix1;           ///< for instance the covariance of the pixels' places
         math::SquareMatrix mMatrix2;           ///< for instance its inverse

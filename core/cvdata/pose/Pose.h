@@ -65,8 +65,7 @@ public:
     /// Copies the data, brought up to date, into @p vec. Stops the process unless it has dimension()
     /// elements.
     void getData(math::Vector& vec) {
-        TARVOS_REQUIRE((int)vec.dimension() == dimension() &&
-                       "ERROR: getData - vector sizes does not match!");
+        TARVOS_REQUIRE((int)vec.dimension() == dimension() && "ERROR: getData - vector sizes does not match!");
         if (getUpdateFlag() == 0)
             updateData();
         vec = *mData;

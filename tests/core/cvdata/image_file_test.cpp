@@ -7,8 +7,6 @@
 #include <opencv2/imgcodecs.hpp>
 
 #include <iterator>
-#include <unistd.h>
-
 using namespace tarvos::core::cvdata;
 
 namespace {
@@ -42,57 +40,39 @@ TEST(ImageFileTest, DecodesWhatOpenCvDecodes) {
     TemporaryDirectory::write("half.jpg", contentOf("photo.jpg").substr(0, 1200));
     ASSERT_EQ(cv::imread("rotated.jpg").cols, 23) << "the EXIF block is not understood";
 
-    for (const char* name : {"colour.png", "deep.png", "grey.png", "alpha.png", "palette.bmp", "row.png",
-                             "photo.jpg", "rotated.jpg", "half.jpg"}) {
+    for (const std::string name : {"colour.png", "deep.png", "grey.png", "alpha.png", "palette.bmp", "row.png",
+                                   "photo.jpg", "rotated.jpg", "half.jpg"}) {
         SCOPED_TRACE(name);
         testing::internal::CaptureStderr();
-        const Image image((std::string(name)));
-        const cv::Mat expected = cv::imread(name, cv::IMREAD_COLOR | cv::IMREAD_IGNORE_ORIENTATION);
+        const Image image(name);
         const std::string heard = testing::internal::GetCapturedStderr();
-        const IplImage header = cvIplImage(expected);
-        EXPECT_EQ(image.channels(), Image::CHANNELS_BGR);
-        EXPECT_EQ(image.bitsPerChannel(), Image::BITS_8U);
+        EXPECT_EQ(heard.empty(), name != "half.jpg") << "a damaged image that still loads: the decoder's warning";
+        const cv::Mat expected = cv::imread(name, cv::IMREAD_COLOR | cv::IMREAD_IGNORE_ORIENTATION);
         EXPECT_EQ(image.width(), expected.cols);
-        EXPECT_EQ(pixelsOf(*image.iplImage()), pixelsOf(header));
+        EXPECT_EQ(pixelsOf(*image.iplImage()), pixelsOf(cvIplImage(expected)));
         expectSound(image);
-        Image rule(image.width(), image.height(), Image::CHANNELS_BGR, Image::BITS_8U);
-        const unsigned char* buffer = rule.imageBuffer();
-        rule = image;
-        EXPECT_EQ(rule.imageBuffer(), buffer) << "rows aligned to 4 bytes, as in an image made from a size";
-        // A decoder's warning about a damaged image that still loads is passed on: once here, once by imread
-        // itself.
-        if (std::string(name) == "half.jpg") {
-            EXPECT_EQ(heard.substr(0, heard.size() / 2), heard.substr(heard.size() / 2));
-            EXPECT_NE(heard, "");
-        } else {
-            EXPECT_EQ(heard, "");
-        }
+        Image sized(image.width(), image.height(), Image::CHANNELS_BGR, Image::BITS_8U);
+        const unsigned char* buffer = sized.imageBuffer();
+        sized = image;
+        EXPECT_EQ(sized.imageBuffer(), buffer) << "rows aligned to 4 bytes, as in an image made from a size";
     }
 }
 
 TEST(ImageFileTest, FailsWithOneLineAndStaysEmpty) {
     const TemporaryDirectory directory;
-    cv::imwrite("whole.png", noise(CV_8UC3));
-    cv::imwrite("whole.bmp", noise(CV_8UC3));
-    for (const char* name : {"whole.png", "whole.bmp"})
+    for (const std::string name : {"whole.png", "whole.bmp"}) {
+        cv::imwrite(name, noise(CV_8UC3));
         for (const std::size_t size : {12U, 40U, 500U})
             TemporaryDirectory::write(std::to_string(size) + name, contentOf(name).substr(0, size));
+    }
     TemporaryDirectory::write("empty.png");
     TemporaryDirectory::write("text.jpg", "This is no image, whatever its name says.");
     std::filesystem::create_directory("directory.png");
-    TemporaryDirectory::write("locked.png", contentOf("whole.png"));
-    std::filesystem::permissions("locked.png", std::filesystem::perms::none);
-
-    for (const std::string name :
-         {"", "missing.png", "empty.png", "text.jpg", "directory.png", "locked.png", "12whole.png",
-          "40whole.png", "500whole.png", "12whole.bmp", "40whole.bmp", "500whole.bmp"}) {
-        if (name == "locked.png" && access(name.c_str(), R_OK) == 0)
-            continue;  // nothing is locked for root
-        testing::internal::CaptureStdout();
+    for (const std::string name : {"", "missing.png", "empty.png", "text.jpg", "directory.png", "12whole.png",
+                                   "40whole.png", "500whole.png", "12whole.bmp", "40whole.bmp", "500whole.bmp"}) {
         testing::internal::CaptureStderr();
         Image image(name);
         EXPECT_EQ(testing::internal::GetCapturedStderr(), "ERROR: Could not load image: " + name + "\n");
-        EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
         EXPECT_EQ(image.imageBuffer(), nullptr);
         EXPECT_EQ(image.iplImage(), nullptr);
         EXPECT_EQ(image.width(), 0);

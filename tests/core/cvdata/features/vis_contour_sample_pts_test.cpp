@@ -3,11 +3,9 @@
 
 #include <type_traits>
 
-using namespace tarvos::core::cvdata;
+using tarvos::core::cvdata::VisContourSamplePts;
 
-namespace {
-
-TEST(VisContourSamplePtsTest, ClearsEdgesOnly) {
+TEST(VisContourSamplePtsTest, ClearsEdgesOnlyAndCannotBeCopied) {
     VisContourSamplePts contour;
     EXPECT_EQ(contour.type(), 0x4000001C);
     EXPECT_EQ(contour.mEdges.size() + contour.mPoints.size(), 0U);
@@ -17,23 +15,15 @@ TEST(VisContourSamplePtsTest, ClearsEdgesOnly) {
     contour.mPoints[2].mVec4[3] = 0.5;
     contour.mEdges.resize(2);
     contour.mEdges[1].mPointRefs = {&contour.mPoints[2]};
-    contour.mField = 7;
     contour.clear();
     EXPECT_EQ(contour.mEdges.size(), 0U);
     ASSERT_EQ(contour.mPoints.size(), 3U);
     EXPECT_EQ(contour.mPoints[2].mVec4[3], 0.5);
-    EXPECT_EQ(contour.mPoints[1].mField, 0);
-    EXPECT_EQ(contour.mField, 7);
-}
 
-TEST(VisContourSamplePtsTest, CannotBeCopied) {
     static_assert(!std::is_copy_constructible_v<VisContourSamplePts>);
-    VisContourSamplePts contour;
     VisContourSamplePts other;
     const std::string type = "tarvos::core::cvdata::VisContourSamplePts";
     EXPECT_CONTRACT(contour = other, "core/cvdata/features/VisContourSamplePts.cpp",
                     "virtual " + type + "& " + type + "::operator=(const " + type + "&)",
                     "0 && \"operator = not implemented\"");
 }
-
-}  // namespace
