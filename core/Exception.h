@@ -11,6 +11,14 @@ namespace tarvos::core {
 ///
 /// Building one reports it: "Exception Msg: ", the message and a newline go to standard error at once, so
 /// that an error is seen even if nobody prints it. Copies print nothing.
+///
+/// @code
+/// try {
+///     tarvos::core::util::Filesystem::cp("track.csv", "backup.csv");
+/// } catch (const tarvos::core::Exception& error) {
+///     return 1;  // standard error tells already: "Exception Msg: Filesystem exception: cp(track.csv, ..."
+/// }
+/// @endcode
 /// @ingroup foundation
 class TARVOS_CORE_EXPORT Exception : public std::exception {
 public:

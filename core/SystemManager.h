@@ -8,6 +8,11 @@ namespace tarvos::core {
 ///
 /// The application decides whether and when. GLUT is initialised once in a process, by the first call; the
 /// context belongs to the thread that made it. An X display is needed: without one GLUT ends the process.
+///
+/// @code
+/// tarvos::core::SystemManager::instance().initOpenGLContext(640, 480, 0, 0, "off screen", true);
+/// glewIsSupported("GL_ARB_compute_shader");  // the context is current
+/// @endcode
 /// @ingroup graphics
 class TARVOS_CORE_EXPORT SystemManager {
 public:

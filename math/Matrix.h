@@ -16,6 +16,13 @@ namespace tarvos::math {
 /// it.
 ///
 /// Class invariant: rows() * cols() elements are stored.
+///
+/// @code
+/// Matrix matrix(2, 3);
+/// matrix(1, 2) = 4.0;
+/// std::cout << matrix << std::endl;                      // [0, 0, 0] and [0, 0, 4] on two lines
+/// eigenMap(matrix) *= 2.0;                               // with math/EigenMap.h
+/// @endcode
 /// @ingroup math
 class TARVOS_MATH_EXPORT Matrix {
 public:

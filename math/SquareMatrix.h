@@ -5,6 +5,10 @@
 namespace tarvos::math {
 
 /// An n x n matrix of doubles. A new one is zero; assignment takes the source's size.
+///
+/// @code
+/// const SquareMatrix inverse = covariance.invert(Matrix::INVERSION_LU);
+/// @endcode
 /// @ingroup math
 class TARVOS_MATH_EXPORT SquareMatrix : public Matrix {
 public:

@@ -30,6 +30,15 @@ namespace tarvos::core::cvdata {
 /// Sizes that no image can have (a negative width or height, or more than 2^31 - 1 bytes, the most an OpenCV
 /// header counts) throw `std::bad_alloc` or a class derived from it. When an operation throws, its target is
 /// as it was.
+///
+/// @code
+/// Image image("hand.png");
+/// if (image.imageBuffer() == nullptr)
+///     return 1;                                          // standard error tells why
+/// cvNot(image.iplImage(), image.iplImage());             // OpenCV, C
+/// cv::Mat view = cv::cvarrToMat(image.iplImage());       // OpenCV, C++; nothing is copied
+/// image.imageBuffer()[0] = 255;                          // the first pixel's blue, in all three
+/// @endcode
 /// @ingroup images
 class TARVOS_CORE_EXPORT Image : public TimedData {
 public:

@@ -14,6 +14,13 @@ namespace tarvos::core::cvdata {
 ///
 /// Class invariant: width() = columns x cell width and height() = rows x cell height. Through an `Image&` it
 /// can be broken; setCellImage then stops the process.
+///
+/// @code
+/// TiledImage mosaic(4, 4, 160, 120, Image::CHANNELS_BGR, Image::BITS_8U);
+/// for (std::size_t i = 0; i < 16; ++i)
+///     mosaic.setCellImage(i / 4, i % 4, &frames[i]);     // each 160 x 120, 8-bit BGR
+/// cv::imwrite("mosaic.png", cv::cvarrToMat(mosaic.iplImage()));
+/// @endcode
 /// @ingroup images
 class TARVOS_CORE_EXPORT TiledImage : public Image {
 public:

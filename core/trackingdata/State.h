@@ -28,6 +28,15 @@ namespace tarvos::core {
 ///
 /// Class invariant: there is a pose, and every block has poseDoF() elements. The number of blocks and the
 /// pose object stay the same for life. Moving copies, since a state always has a pose.
+///
+/// @code
+/// BoxPose pose;                                          // centre, width and height: D = F = 4
+/// State target(pose, 2);                                 // with velocity
+/// Vector packed(target.stateIncDimension());             // 8 elements: box | velocity
+/// target.getStateIncData(packed, -1);
+/// packed[4] = 12.5;                                      // pixels a second to the right
+/// target.setIncDataFromVector(packed, -1);
+/// @endcode
 /// @ingroup tracking
 class TARVOS_CORE_EXPORT State : public TrackingData {
 public:

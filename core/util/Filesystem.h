@@ -13,6 +13,11 @@ namespace tarvos::core::util {
 /// rm, mv, cp and ls throw Exception, which also reports itself on standard error. Where an operation says
 /// "the file system's error", that is `boost::filesystem::filesystem_error`, and nothing is printed. Nothing
 /// is undone after an error.
+///
+/// @code
+/// for (const std::string& name : Filesystem::ls("frames", ".png"))
+///     Filesystem::cp("frames/" + name, "backup/" + name);
+/// @endcode
 /// @ingroup utilities
 class TARVOS_CORE_EXPORT Filesystem {
 public:

@@ -15,6 +15,13 @@ namespace tarvos::core::util {
 /// such a directory. Each step is reported on standard error.
 ///
 /// The path is kept as it was found, relative to the current directory of that time or absolute.
+///
+/// @code
+/// const Resources resources("", "skin_tracker");
+/// const std::string video = resources.findFile("hand.mp4");
+/// if (video.empty())
+///     return 1;  // neither here nor in the data directory
+/// @endcode
 /// @ingroup utilities
 class TARVOS_CORE_EXPORT Resources {
 public:

@@ -25,7 +25,6 @@ cv::Point2d placeIn(int frame) {
 cv::Mat frameOf(int number) {
     cv::Mat frame(240, 320, CV_8UC3, cv::Scalar(170, 175, 180));
     cv::rectangle(frame, cv::Rect(20, 20, 60, 90), cv::Scalar(200, 80, 60), cv::FILLED);
-    cv::rectangle(frame, cv::Rect(230, 150, 70, 60), cv::Scalar(60, 160, 70), cv::FILLED);
     cv::circle(frame, {30, 200}, 3, cv::Scalar(110, 143, 201), cv::FILLED);
     cv::ellipse(frame, cv::Point(placeIn(number)), {34, 22}, 0, 0, 360, cv::Scalar(110, 143, 201), cv::FILLED);
     if (number >= HIDDEN_FROM && number < HIDDEN_TO)

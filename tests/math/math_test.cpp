@@ -38,8 +38,7 @@ TEST(MatrixTest, ElementsAreStoredRowByRow) {
     EXPECT_THROW((*matrix)(2, 0), std::out_of_range);
     EXPECT_THROW(Matrix(65536, 65536), std::bad_alloc);
     const Vector vector(2);
-    vector[1] = 4.0;
-    EXPECT_THAT(elements(vector), ElementsAre(0, 4)) << "written through const";
+    EXPECT_EQ(vector[1] = 4.0, vector.data()[1]) << "written through const";
 }
 
 TEST(MatrixTest, AssignmentTakesTheShapeOfTheSource) {

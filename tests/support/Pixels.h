@@ -36,8 +36,7 @@ inline void paint(IplImage& header, unsigned int seed = 1) {
 inline void expectSound(const tarvos::core::cvdata::Image& image) {
     const IplImage* header = image.iplImage();
     ASSERT_NE(header, nullptr);
-    EXPECT_EQ(header->width, image.width());
-    EXPECT_EQ(header->height, image.height());
+    EXPECT_TRUE(header->width == image.width() && header->height == image.height());
     EXPECT_EQ(header->nChannels, image.nofChannels());
     EXPECT_EQ(header->depth & 0xFF, std::abs(image.bitsPerChannel()));
     EXPECT_EQ(header->imageData, reinterpret_cast<char*>(image.imageBuffer()));

@@ -12,6 +12,14 @@
 namespace tarvos::core::cvdata {
 
 /// A list of blobs: connected regions that an application found in an image.
+///
+/// @code
+/// Blobs blobs;
+/// blobs.addBlob();
+/// Blobs::BlobInfo& blob = blobs.mBlobs.back();
+/// blob.mBlock = {x, y, width, height};
+/// blob.mVector[0] = x + 0.5 * width;
+/// @endcode
 /// @ingroup features
 class TARVOS_CORE_EXPORT Blobs : public VisualFeatures {
 public:

@@ -37,6 +37,13 @@ public:
 /// Components are held through shared pointers, so that a user can keep one. Construction, copying and
 /// initSkinDistribution() give every slot a component of its own and never overwrite one: a component kept
 /// from before stays as it was.
+///
+/// @code
+/// ColorGMM skin(2, 2);
+/// skin.initSkinDistribution();
+/// for (const auto& component : skin.mMixtures)
+///     std::cout << component->mWeight << " at " << component->mMean << std::endl;
+/// @endcode
 /// @ingroup features
 class TARVOS_CORE_EXPORT ColorGMM : public VisualFeatures {
 public:

@@ -16,6 +16,12 @@ namespace tarvos::core::cvdata {
 ///
 /// Class invariant: the vector has getBinsTotal() elements. Only an assignment to data() can break it. Moving
 /// copies, since a histogram always has its vector.
+///
+/// @code
+/// ColourHist2d histogram(30, 32, 16);                    // bins of hue, saturation and value
+/// const unsigned int bin = hue * 30 / 180 + 30 * (saturation * 32 / 256) + 30 * 32 * (value * 16 / 256);
+/// histogram.data()[bin] += 1.0;
+/// @endcode
 /// @ingroup features
 class TARVOS_CORE_EXPORT ColourHist2d : public VisualFeatures {
 public:

@@ -14,6 +14,14 @@ namespace tarvos::core::cvdata {
 /// The application fills and reads both lists. Edges point to points that they do not own, usually those in
 /// mPoints; growing mPoints moves them, so fill it first (or reserve). A copy would point into the points of
 /// the original, so there is no copy construction, and assignment stops the process.
+///
+/// @code
+/// VisContourSamplePts contour;
+/// contour.mPoints.resize(2);                             // first all points ...
+/// contour.mPoints[0].mVec4 = Vector4(x, y, normalX, normalY);
+/// contour.mEdges.resize(1);                              // ... then the edges that point to them
+/// contour.mEdges[0].mPointRefs = {&contour.mPoints[0], &contour.mPoints[1]};
+/// @endcode
 /// @ingroup features
 class TARVOS_CORE_EXPORT VisContourSamplePts : public VisualFeatures {
 public:

@@ -24,19 +24,13 @@ TEST(CvDataTest, AssignmentThroughTheRootOnlyComparesTags) {
 }
 
 TEST(VisualFeaturesTest, OnlyTheFlagMovesBetweenFeatures) {
-    ColorGMM source(1, 1);
+    VisualFeatures source(CvData::REPR_BLOBS);
     ColorGMM target(3, 2);
     source.mFlag = true;
-    EXPECT_TRUE(VisualFeatures(source).mFlag);
-    EXPECT_FALSE(ColorGMM(source).mFlag);
-    target = source;
-    EXPECT_FALSE(target.mFlag);
-
-    VisualFeatures other(CvData::REPR_BLOBS);
-    other.mFlag = true;
-    static_cast<VisualFeatures&>(target) = other;
-    EXPECT_TRUE(target.mFlag);
-    EXPECT_EQ(target.dimension(), 1U);
+    static_cast<VisualFeatures&>(target) = source;
+    EXPECT_TRUE(target.mFlag && VisualFeatures(target).mFlag);
+    EXPECT_FALSE(ColorGMM(target).mFlag);
+    EXPECT_EQ(target.dimension(), 3U);
     EXPECT_EQ(target.type(), 0x4000001F);
 }
 

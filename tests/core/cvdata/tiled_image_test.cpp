@@ -31,9 +31,6 @@ TEST_F(TiledImageTest, IsOneImage) {
     EXPECT_EQ(mosaic.type(), 0x40000017);
     for (const std::size_t rows : {SIZE_MAX, SIZE_MAX / 120, std::size_t{1} << 31})
         EXPECT_THROW(TiledImage(rows, 3, 160, 120, Image::CHANNELS_BGR, Image::BITS_8U), std::bad_alloc);
-    TiledImage flat(2, 2, 0, 0, Image::CHANNELS_BGR, Image::BITS_8U);
-    Image nothing;
-    flat.setCellImage(1, 1, &nothing);
 }
 
 TEST_F(TiledImageTest, SetsOneCellAndNoOther) {
@@ -41,22 +38,10 @@ TEST_F(TiledImageTest, SetsOneCellAndNoOther) {
     view(cell).copyTo(expected(cv::Rect(320, 120, 160, 120)));
     mosaic.setCellImage(1, 2, &cell);
     EXPECT_EQ(cv::norm(view(mosaic), expected, cv::NORM_INF), 0);
-    Image grey(160, 120, Image::CHANNELS_GRAY, Image::BITS_8U);
     Image deep(160, 120, Image::CHANNELS_BGR, Image::BITS_16U);
-    EXPECT_THROW(mosaic.setCellImage(0, 0, &grey), cv::Exception);
     EXPECT_THROW(mosaic.setCellImage(0, 0, &deep), cv::Exception);
     EXPECT_EQ(mosaic.iplImage()->roi, nullptr);
     EXPECT_EQ(cv::norm(view(mosaic), expected, cv::NORM_INF), 0) << "what OpenCV rejects leaves no trace";
-
-    // Rows that do not end on the alignment.
-    TiledImage odd(2, 2, 3, 2, Image::CHANNELS_GRAY, Image::BITS_16U);
-    Image part(3, 2, Image::CHANNELS_GRAY, Image::BITS_16U);
-    for (unsigned int i = 0; i < 4; ++i) {
-        paint(*part.iplImage(), 50 * i);
-        odd.setCellImage(i / 2, i % 2, &part);
-        const cv::Rect place(3 * static_cast<int>(i % 2), 2 * static_cast<int>(i / 2), 3, 2);
-        EXPECT_EQ(cv::norm(view(odd)(place), view(part), cv::NORM_INF), 0);
-    }
 }
 
 TEST_F(TiledImageTest, StopsOnAWrongCell) {
@@ -92,9 +77,7 @@ TEST_F(TiledImageTest, CopiesAndAssignmentsCarryTheGrid) {
         grid->setCellImage(1, 2, &cell);
         expectSound(*grid);
     }
-    const std::unique_ptr<Image> clone(mosaic.clone());
-    EXPECT_EQ(dynamic_cast<TiledImage*>(clone.get()), nullptr);
-    EXPECT_EQ(pixelsOf(*clone->iplImage()), pixelsOf(*mosaic.iplImage()));
+    EXPECT_EQ(dynamic_cast<TiledImage*>(std::unique_ptr<Image>(mosaic.clone()).get()), nullptr);
 }
 
 }  // namespace

@@ -8,17 +8,12 @@ using tarvos::core::cvdata::VisContourSamplePts;
 TEST(VisContourSamplePtsTest, ClearsEdgesOnlyAndCannotBeCopied) {
     VisContourSamplePts contour;
     EXPECT_EQ(contour.type(), 0x4000001C);
-    EXPECT_EQ(contour.mEdges.size() + contour.mPoints.size(), 0U);
-    EXPECT_EQ(contour.mField, 0);
-
     contour.mPoints.resize(3);
-    contour.mPoints[2].mVec4[3] = 0.5;
     contour.mEdges.resize(2);
     contour.mEdges[1].mPointRefs = {&contour.mPoints[2]};
     contour.clear();
     EXPECT_EQ(contour.mEdges.size(), 0U);
-    ASSERT_EQ(contour.mPoints.size(), 3U);
-    EXPECT_EQ(contour.mPoints[2].mVec4[3], 0.5);
+    EXPECT_EQ(contour.mPoints.size(), 3U);
 
     static_assert(!std::is_copy_constructible_v<VisContourSamplePts>);
     VisContourSamplePts other;

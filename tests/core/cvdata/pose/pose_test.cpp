@@ -33,16 +33,4 @@ TEST(PoseTest, ReadingUpdatesWhatIsOutOfDate) {
     EXPECT_DEATH(static_cast<Pose&>(pose) = TestPose(2, 2), "poses differ in kind");
 }
 
-TEST(PoseTest, AssignmentThroughTheBaseIsDeepAndCarriesTheFlags) {
-    TestPose pose(2, 1);
-    pose.setData(vectorOf({4, 5}));
-    pose.outdate();
-    TestPose assigned(2, 1);
-    static_cast<Pose&>(assigned) = pose;
-    pose.setData(vectorOf({0, 0}));
-    Vector data(2);
-    assigned.getData(data);
-    EXPECT_THAT(elementsOf(data), ElementsAre(104, 105));
-}
-
 }  // namespace
