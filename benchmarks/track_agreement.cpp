@@ -1,7 +1,7 @@
 /// @file
-/// Compares a track with an independent rule for skin, `track_agreement VIDEO track.csv`: in how many frames
-/// the tracked box overlaps the box of all visible skin, and how often the tracked centre leaves it. Fails
-/// below the goal: an intersection over union of 0.7 in 90 % of the frames, and no centre outside.
+/// Compares a track with an independent rule for skin, `track_agreement VIDEO track.csv`: in how many frames the
+/// tracked box overlaps the box of all visible skin, and how often the tracked centre leaves it. Fails below the
+/// goal: an intersection over union of 0.7 in 90 % of the frames, and no centre outside.
 
 #include "FrameSource.h"
 #include "Regions.h"

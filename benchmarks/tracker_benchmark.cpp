@@ -1,7 +1,7 @@
 /// @file
-/// How many frames a second the tracker of skin_tracker handles, decoding apart: 640 x 480 frames held in
-/// memory, a skin-coloured ellipse in motion over grey noise. Beside it the least that any tracker by colour
-/// does: the conversion to hue, saturation and value.
+/// How many frames a second the tracker of skin_tracker handles, decoding apart: 640 x 480 frames held in memory, a
+/// skin-coloured ellipse in motion over grey noise. Beside it the least that any tracker by colour does: the
+/// conversion to hue, saturation and value.
 
 #include "Tracker.h"
 

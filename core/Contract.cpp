@@ -1,7 +1,7 @@
 #include "core/Contract.h"
 
-// The C library's own reporter gives the form of the line, flushes and aborts. It is declared only where
-// assertions are on, and defined always.
+// The C library's own reporter gives the form of the line, flushes and aborts. It is declared only where assertions
+// are on, and defined always.
 #undef NDEBUG
 #include <cassert>
 

@@ -14,8 +14,8 @@ namespace tarvos::core {
 }  // namespace tarvos::core
 
 /// Stops the process unless the condition holds. A message is joined to the condition as a literal:
-/// `TARVOS_REQUIRE((row < rows()) && "row index is out of range")`. The diagnostic prints the condition as it
-/// reads after macro expansion, which is what the second macro is for.
+/// `TARVOS_REQUIRE((row < rows()) && "row index is out of range")`. The diagnostic prints the condition as it reads
+/// after macro expansion, which is what the second macro is for.
 #define TARVOS_REQUIRE(...) TARVOS_REQUIRE_EXPANDED(__VA_ARGS__)
 /// TARVOS_REQUIRE for a condition that is expanded already.
 #define TARVOS_REQUIRE_EXPANDED(...) \
@@ -23,8 +23,8 @@ namespace tarvos::core {
          ? static_cast<void>(0)      \
          : ::tarvos::core::contractViolated(#__VA_ARGS__, __FILE__, __LINE__, __extension__ __PRETTY_FUNCTION__))
 
-/// The same where the wording of the condition compares a signed with an unsigned number on purpose: both
-/// sides become unsigned, so that a negative number is larger than every size.
+/// The same where the wording of the condition compares a signed with an unsigned number on purpose: both sides
+/// become unsigned, so that a negative number is larger than every size.
 #define TARVOS_REQUIRE_UNSIGNED(...)                                                         \
     do {                                                                                     \
         _Pragma("GCC diagnostic push") _Pragma("GCC diagnostic ignored \"-Wsign-compare\""); \

@@ -9,8 +9,8 @@ namespace tarvos::core {
 
 /// The library's exception, thrown by value by the operations of util::Filesystem.
 ///
-/// Building one reports it: "Exception Msg: ", the message and a newline go to standard error at once, so
-/// that an error is seen even if nobody prints it. Copies print nothing.
+/// Building one reports it: "Exception Msg: ", the message and a newline go to standard error at once, so that an
+/// error is seen even if nobody prints it. Copies print nothing.
 ///
 /// @code
 /// try {

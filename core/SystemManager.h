@@ -6,8 +6,8 @@ namespace tarvos::core {
 
 /// Gives the application an OpenGL context without showing a window, and checks what the GPU can do.
 ///
-/// The application decides whether and when. GLUT is initialised once in a process, by the first call; the
-/// context belongs to the thread that made it. An X display is needed: without one GLUT ends the process.
+/// The application decides whether and when. GLUT is initialised once in a process, by the first call; the context
+/// belongs to the thread that made it. An X display is needed: without one GLUT ends the process.
 ///
 /// @code
 /// tarvos::core::SystemManager::instance().initOpenGLContext(640, 480, 0, 0, "off screen", true);
@@ -24,15 +24,14 @@ public:
     SystemManager(const SystemManager&) = delete;
     SystemManager& operator=(const SystemManager&) = delete;
 
-    /// Creates a further hidden window with the title @p title, makes its context current and initialises
-    /// GLEW, telling GLEW's version on standard output. The window has @p width x @p height pixels and stands
-    /// at (@p posX, @p posY) on the screen; later calls use the first call's size and position. Windows are
-    /// not destroyed.
+    /// Creates a further hidden window with the title @p title, makes its context current and initialises GLEW,
+    /// telling GLEW's version on standard output. The window has @p width x @p height pixels and stands at (@p posX,
+    /// @p posY) on the screen; later calls use the first call's size and position. Windows are not destroyed.
     ///
-    /// With @p checkCapabilities it prints the GPU's vendor, what it supports and its limits to standard
-    /// output. When GLEW cannot be initialised or a capability is missing (shaders, framebuffer objects,
-    /// rectangle textures), it says so and ends the process with `exit(-1)` (status 255). Vertex buffer
-    /// objects and geometry shaders may be missing.
+    /// With @p checkCapabilities it prints the GPU's vendor, what it supports and its limits to standard output. When
+    /// GLEW cannot be initialised or a capability is missing (shaders, framebuffer objects, rectangle textures), it
+    /// says so and ends the process with `exit(-1)` (status 255). Vertex buffer objects and geometry shaders may be
+    /// missing.
     void initOpenGLContext(int width, int height, int posX, int posY, const char* title, bool checkCapabilities);
 
 private:

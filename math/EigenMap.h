@@ -9,8 +9,8 @@ namespace tarvos::math {
 /// Eigen's type of a view of a Matrix: row by row, sized at run time.
 using EigenMatrix = Eigen::Matrix<double, Eigen::Dynamic, Eigen::Dynamic, Eigen::RowMajor>;
 
-/// A view of @p matrix (a Vector is one column) for Eigen's algorithms; no element is copied, and writes
-/// reach the matrix. Valid until the matrix is assigned to, moved from or destroyed.
+/// A view of @p matrix (a Vector is one column) for Eigen's algorithms; no element is copied, and writes reach the
+/// matrix. Valid until the matrix is assigned to, moved from or destroyed.
 ///
 /// Include this header only where Eigen is wanted: no other header of the library needs it.
 inline Eigen::Map<EigenMatrix> eigenMap(Matrix& matrix) {

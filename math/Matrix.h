@@ -10,10 +10,9 @@ namespace tarvos::math {
 
 /// A dense matrix of doubles, stored row by row in one contiguous array.
 ///
-/// Up to 16 elements (a 4 x 4 matrix) live inside the object, so that the small matrices of a tracker cost no
-/// heap allocation. A new matrix is zero. Copying, by construction or assignment, takes the source's shape; a
-/// moved-from matrix is 0 x 0. Shapes that no array can have throw `std::bad_alloc` or a class derived from
-/// it.
+/// Up to 16 elements (a 4 x 4 matrix) live inside the object, so that the small matrices of a tracker cost no heap
+/// allocation. A new matrix is zero. Copying, by construction or assignment, takes the source's shape; a moved-from
+/// matrix is 0 x 0. Shapes that no array can have throw `std::bad_alloc` or a class derived from it.
 ///
 /// Class invariant: rows() * cols() elements are stored.
 ///
@@ -59,8 +58,8 @@ public:
     /// The number of columns.
     unsigned int cols() const noexcept { return mCols; }
 
-    /// The elements, row by row: element (r, c) is `data()[r * cols() + c]`. The pointer is valid until the
-    /// matrix is assigned to, moved from or destroyed.
+    /// The elements, row by row: element (r, c) is `data()[r * cols() + c]`. The pointer is valid until the matrix is
+    /// assigned to, moved from or destroyed.
     double* data() noexcept { return mElements.data(); }
     /// The elements, to be read only.
     const double* data() const noexcept { return mElements.data(); }
@@ -76,8 +75,8 @@ private:
     std::size_t indexOf(unsigned int row, unsigned int col) const;
 };
 
-/// Writes @p matrix with the stream's precision: a single column as "[a, b, c]" on one line, any other shape
-/// with one such line a row, columns aligned. No newline follows the last row.
+/// Writes @p matrix with the stream's precision: a single column as "[a, b, c]" on one line, any other shape with one
+/// such line a row, columns aligned. No newline follows the last row.
 TARVOS_MATH_EXPORT std::ostream& operator<<(std::ostream& stream, const Matrix& matrix);
 
 }  // namespace tarvos::math

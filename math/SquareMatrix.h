@@ -17,9 +17,9 @@ public:
     /// An @p n x @p n zero matrix.
     explicit SquareMatrix(unsigned int n) : Matrix(n, n) {}
 
-    /// The inverse. Throws `std::domain_error`, naming the size, for a matrix that is singular to working
-    /// precision (a pivot below n times the machine epsilon times the largest pivot), holds a NaN, or was
-    /// given another shape through a `Matrix&`; `std::invalid_argument` for a method that is no enumerator.
+    /// The inverse. Throws `std::domain_error`, naming the size, for a matrix that is singular to working precision
+    /// (a pivot below n times the machine epsilon times the largest pivot), holds a NaN, or was given another shape
+    /// through a `Matrix&`; `std::invalid_argument` for a method that is no enumerator.
     SquareMatrix invert(const Matrix::InversionMethod& method) const;
 };
 

@@ -5,8 +5,8 @@
 /// Images and visual features: the data that trackers work on.
 namespace tarvos::core::cvdata {
 
-/// The root of all vision data. A tag, fixed at construction, says what concrete kind of data an object is,
-/// so that code holding a `CvData&` can tell.
+/// The root of all vision data. A tag, fixed at construction, says what concrete kind of data an object is, so that
+/// code holding a `CvData&` can tell.
 /// @ingroup images
 class TARVOS_CORE_EXPORT CvData {
 public:
@@ -25,8 +25,8 @@ public:
     CvData(const CvData& data) noexcept = default;
     virtual ~CvData();
 
-    /// Assignment through the root copies nothing: it stops the process when the tags differ, and that is
-    /// all. To copy data, assign objects of the same concrete class.
+    /// Assignment through the root copies nothing: it stops the process when the tags differ, and that is all. To
+    /// copy data, assign objects of the same concrete class.
     virtual CvData& operator=(const CvData& data);
 
     /// The tag.

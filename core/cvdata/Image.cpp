@@ -43,8 +43,8 @@ const DepthCode* findDepth(Field DepthCode::*field, Field value) {
     return found == std::end(DEPTH_CODES) ? nullptr : found;
 }
 
-/// The fill is counted in channel values, not in bytes: rows of more than 8 bits a value need not end on a
-/// multiple of the alignment.
+/// The fill is counted in channel values, not in bytes: rows of more than 8 bits a value need not end on a multiple
+/// of the alignment.
 std::int32_t alignedWidthStep(int width, int nofChannels, int bits, std::int32_t align) {
     if (width < 0)
         throw std::bad_array_new_length();
@@ -244,8 +244,8 @@ void Image::copyPixelsOf(const IplImage* image) {
     updateOpencvHeader();
 }
 
-/// Copies pixels and leaves alone, in source and target, what fills up the last row: in a view into a larger
-/// image those bytes may lie outside the allocation.
+/// Copies pixels and leaves alone, in source and target, what fills up the last row: in a view into a larger image
+/// those bytes may lie outside the allocation.
 void Image::copyRows(const unsigned char* source, std::int32_t sourceStep) {
     if (mHeight == 0)
         return;

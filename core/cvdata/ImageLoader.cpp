@@ -12,8 +12,8 @@ namespace tarvos::core::cvdata {
 
 namespace {
 
-/// Holds back what is written to standard error during its life. OpenCV, libpng and libjpeg each write there
-/// in their own way, so the file descriptor is the one place where all of them can be kept quiet.
+/// Holds back what is written to standard error during its life. OpenCV, libpng and libjpeg each write there in their
+/// own way, so the file descriptor is the one place where all of them can be kept quiet.
 class HeldStandardError {
 public:
     HeldStandardError() : mHeld(memfd_create("held standard error", MFD_CLOEXEC)), mStandardError(dup(STDERR_FILENO)) {
@@ -73,8 +73,7 @@ LoadedImage loadColourImage(const std::string& path) try {
     pixels.copyTo(cv::cvarrToMat(image.get()));
     return image;
 } catch (const std::exception&) {
-    // OpenCV's errors, too large for an IplImage included, and a lack of memory: there is no image either
-    // way.
+    // OpenCV's errors, too large for an IplImage included, and a lack of memory: there is no image either way.
     return nullptr;
 }
 

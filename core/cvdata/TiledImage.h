@@ -6,14 +6,13 @@
 
 namespace tarvos::core::cvdata {
 
-/// A mosaic: an image laid out as a grid of equally large cells, into which images of exactly that size are
-/// copied.
+/// A mosaic: an image laid out as a grid of equally large cells, into which images of exactly that size are copied.
 ///
-/// It is handed on as one Image; clone() gives a plain Image of the mosaic's pixels. Moving copies: a mosaic
-/// always has its grid.
+/// It is handed on as one Image; clone() gives a plain Image of the mosaic's pixels. Moving copies: a mosaic always
+/// has its grid.
 ///
-/// Class invariant: width() = columns x cell width and height() = rows x cell height. Through an `Image&` it
-/// can be broken; setCellImage then stops the process.
+/// Class invariant: width() = columns x cell width and height() = rows x cell height. Through an `Image&` it can be
+/// broken; setCellImage then stops the process.
 ///
 /// @code
 /// TiledImage mosaic(4, 4, 160, 120, Image::CHANNELS_BGR, Image::BITS_8U);
@@ -24,25 +23,23 @@ namespace tarvos::core::cvdata {
 /// @ingroup images
 class TARVOS_CORE_EXPORT TiledImage : public Image {
 public:
-    /// @p rows x @p cols cells of @p cellWidth x @p cellHeight pixels each, not initialised. Errors as in
-    /// Image.
+    /// @p rows x @p cols cells of @p cellWidth x @p cellHeight pixels each, not initialised. Errors as in Image.
     TiledImage(std::size_t rows, std::size_t cols, std::size_t cellWidth, std::size_t cellHeight,
                Image::ColorChannels channels, Image::BitsPerChannel bits);
     /// A copy of grid and pixels; see `Image(const Image&)`.
     TiledImage(const TiledImage& image);
     ~TiledImage() override;
 
-    /// Copies grid, pixels, stride and alignment into a new buffer; the time stamp stays. Stops the process
-    /// when
-    /// @p image was emptied through an `Image&`.
+    /// Copies grid, pixels, stride and alignment into a new buffer; the time stamp stays. Stops the process when @p
+    /// image was emptied through an `Image&`.
     TiledImage& operator=(const TiledImage& image);
 
-    /// Copies @p img, which the caller keeps, into the cell at (@p cellRow, @p cellCol), counted from 0.
-    /// Afterwards the mosaic's header has no region of interest.
+    /// Copies @p img, which the caller keeps, into the cell at (@p cellRow, @p cellCol), counted from 0. Afterwards
+    /// the mosaic's header has no region of interest.
     ///
-    /// Stops the process for an index out of range, a null image or one that is not of cell size. An image of
-    /// another depth or number of channels than the mosaic's is rejected by OpenCV with a `cv::Exception`;
-    /// the mosaic is then as it was.
+    /// Stops the process for an index out of range, a null image or one that is not of cell size. An image of another
+    /// depth or number of channels than the mosaic's is rejected by OpenCV with a `cv::Exception`; the mosaic is then
+    /// as it was.
     void setCellImage(size_t cellRow, size_t cellCol, Image* img);
 
 protected:

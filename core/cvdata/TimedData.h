@@ -4,8 +4,8 @@
 
 namespace tarvos::core::cvdata {
 
-/// Vision data with a time stamp. The library gives the stamp no unit and no epoch and never sets it: the
-/// code that produces the data does.
+/// Vision data with a time stamp. The library gives the stamp no unit and no epoch and never sets it: the code that
+/// produces the data does.
 /// @ingroup images
 class TARVOS_CORE_EXPORT TimedData : public CvData {
 public:

@@ -17,9 +17,8 @@ public:
     /// Copies the flag, whatever the tags, and nothing of a derived class.
     virtual VisualFeatures& operator=(const VisualFeatures& features);
 
-    /// Free for the application, for instance to mark a feature as valid in this frame. False in a new
-    /// feature, a copied ColorGMM or ColourHist2d included; the assignments of the derived classes leave it
-    /// alone.
+    /// Free for the application, for instance to mark a feature as valid in this frame. False in a new feature, a
+    /// copied ColorGMM or ColourHist2d included; the assignments of the derived classes leave it alone.
     bool mFlag = false;
 
 protected:

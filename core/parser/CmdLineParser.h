@@ -9,18 +9,20 @@
 
 namespace tarvos::core::parser {
 
-/// A small command-line front end: words beginning with one "-" name flags, which are on or off, and options,
-/// which take the next word as their value.
+/// A small command-line front end: words beginning with one "-" name flags, which are on or off, and options, which
+/// take the next word as their value.
 ///
-///     CmdLineParser parser(argc, argv);
-///     parser.setAppDescription("Face tracking demo");
-///     parser.addFlag("mirror", "mirror the picture");
-///     parser.addOption("frames", "number of frames", "100", false);
-///     parser.parse();
-///     const int frames = parser.getValueInt("frames");
+/// @code
+/// CmdLineParser parser(argc, argv);
+/// parser.setAppDescription("Face tracking demo");
+/// parser.addFlag("mirror", "mirror the picture");
+/// parser.addOption("frames", "number of frames", "100", false);
+/// parser.parse();
+/// const int frames = parser.getValueInt("frames");
+/// @endcode
 ///
-/// The flag "help" is always there. Words that name nothing are ignored. A name registered twice makes two
-/// records: parse() serves both, the readers find the first, flags before options.
+/// The flag "help" is always there. Words that name nothing are ignored. A name registered twice makes two records:
+/// parse() serves both, the readers find the first, flags before options.
 /// @ingroup utilities
 class TARVOS_CORE_EXPORT CmdLineParser {
 public:
@@ -44,9 +46,8 @@ public:
     /// Registers a flag.
     void addFlag(std::string name, std::string description);
 
-    /// Reads the command line. Ends the process with `exit(-255)` (status 1) after a warning when an option
-    /// lacks its value, after the usage table when help is asked for, and after both when a mandatory option
-    /// is missing.
+    /// Reads the command line. Ends the process with `exit(-255)` (status 1) after a warning when an option lacks its
+    /// value, after the usage table when help is asked for, and after both when a mandatory option is missing.
     void parse();
 
     /// The value as text; the default before parse(), empty for an unknown name.
@@ -57,9 +58,9 @@ public:
     int getValueInt(std::string name) const;
     /// The value as a number; see get().
     double getValueDouble(std::string name) const;
-    /// The value as formatted extraction from a stream reads it, in the classic locale: leading blanks are
-    /// skipped and what follows the value is ignored ("12abc" gives 12). Text that is no T gives what
-    /// extraction leaves, 0 for a number; use getValue() where bad input must be told from 0.
+    /// The value as formatted extraction from a stream reads it, in the classic locale: leading blanks are skipped
+    /// and what follows the value is ignored ("12abc" gives 12). Text that is no T gives what extraction leaves, 0
+    /// for a number; use getValue() where bad input must be told from 0.
     template <typename T>
     T get(std::string name) const;
     /// Whether the name was given on the command line.

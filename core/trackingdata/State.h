@@ -9,25 +9,23 @@
 
 namespace tarvos::core {
 
-/// The state of one target at one time: its pose and the pose's derivatives by time, up to an order chosen
-/// when the state is made (1: the pose alone; 2: with velocity; 3: with acceleration).
+/// The state of one target at one time: its pose and the pose's derivatives by time, up to an order chosen when the
+/// state is made (1: the pose alone; 2: with velocity; 3: with acceleration).
 ///
 /// Estimators want flat vectors, so a state is read from and written into them, in two forms. With D =
 /// poseDimension(), F = poseDoF() and n = getMaxOrder() - 1 derivative blocks of F elements each:
 ///
-///     data form         pose data (D)         | block 1 (F) | ... | block n (F)    stateDimension() elements
-///     incremental form  incremental data (F)  | block 1 (F) | ... | block n (F)    stateIncDimension()
-///     elements
+/// - data form, stateDimension() elements: pose data (D) | block 1 (F) | ... | block n (F)
+/// - incremental form, stateIncDimension() elements: incremental data (F) | block 1 (F) | ... | block n (F)
 ///
-/// An `order` of -1 stands for such a whole vector, 0 for the pose part alone, k from 1 to n for block k
-/// alone.
+/// An `order` of -1 stands for such a whole vector, 0 for the pose part alone, k from 1 to n for block k alone.
 ///
-/// Vectors are given in the size they must have; any other size, and an order that names nothing, stops the
-/// process before anything is written. Reading may refresh the pose's stored vectors (see cvdata::Pose), so
-/// that even readers of one state must not run at the same time.
+/// Vectors are given in the size they must have; any other size, and an order that names nothing, stops the process
+/// before anything is written. Reading may refresh the pose's stored vectors (see cvdata::Pose), so that even readers
+/// of one state must not run at the same time.
 ///
-/// Class invariant: there is a pose, and every block has poseDoF() elements. The number of blocks and the
-/// pose object stay the same for life. Moving copies, since a state always has a pose.
+/// Class invariant: there is a pose, and every block has poseDoF() elements. The number of blocks and the pose object
+/// stay the same for life. Moving copies, since a state always has a pose.
 ///
 /// @code
 /// BoxPose pose;                                          // centre, width and height: D = F = 4
@@ -40,15 +38,15 @@ namespace tarvos::core {
 /// @ingroup tracking
 class TARVOS_CORE_EXPORT State : public TrackingData {
 public:
-    /// A state on a clone of @p pose with @p maxOrder - 1 blocks (none when it is 1 or less), reset to
-    /// initial values, at time stamp 0.
+    /// A state on a clone of @p pose with @p maxOrder - 1 blocks (none when it is 1 or less), reset to initial
+    /// values, at time stamp 0.
     State(cvdata::Pose& pose, int maxOrder);
     /// A deep copy, time stamp included.
     State(const State& other);
     ~State() override;
 
-    /// Copies the pose's value, the blocks and the time stamp. Stops the process when the dimensions or the
-    /// numbers of blocks differ. (Through a `TrackingData&` only the time stamp is copied.)
+    /// Copies the pose's value, the blocks and the time stamp. Stops the process when the dimensions or the numbers
+    /// of blocks differ. (Through a `TrackingData&` only the time stamp is copied.)
     State& operator=(const State& state);
     State* clone() const override;
 

@@ -9,8 +9,8 @@
 
 namespace skin_tracker {
 
-/// Draws what a tracker knows into its frames: box and outline of the hand, the centre that was predicted,
-/// and the trail of the last centres.
+/// Draws what a tracker knows into its frames: box and outline of the hand, the centre that was predicted, and the
+/// trail of the last centres.
 class Annotation {
 public:
     /// Lengthens the trail by where @p tracker sees the hand. To be called for every frame.

@@ -4,8 +4,7 @@
 
 namespace skin_tracker {
 
-/// A box in the image: centre x, centre y, width and height in pixels. Data and incremental data are the
-/// same.
+/// A box in the image: centre x, centre y, width and height in pixels. Data and incremental data are the same.
 class BoxPose : public tarvos::core::cvdata::Pose {
 public:
     using Vector = tarvos::math::Vector;

@@ -13,8 +13,8 @@ public:
     /// Offers the next frame of the sequence, of which a copy may be kept, not larger than a cell.
     void add(const tarvos::core::cvdata::Image& frame);
 
-    /// The mosaic of the frames kept; with fewer than 16, the cells left over are black. At least one frame
-    /// must have been added.
+    /// The mosaic of the frames kept; with fewer than 16, the cells left over are black. At least one frame must have
+    /// been added.
     tarvos::core::cvdata::TiledImage compose();
 
 private:

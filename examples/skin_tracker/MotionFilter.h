@@ -7,8 +7,8 @@
 
 namespace skin_tracker {
 
-/// Estimates the motion of a box from the boxes seen: a Kalman filter whose state vector is the packed
-/// incremental form of a State of BoxPose: box | velocity | acceleration | ..., in pixels and seconds.
+/// Estimates the motion of a box from the boxes seen: a Kalman filter whose state vector is the packed incremental
+/// form of a State of BoxPose: box | velocity | acceleration | ..., in pixels and seconds.
 class MotionFilter {
 public:
     /// A filter for boxes in pictures @p pictureWidth pixels wide, with derivatives up to @p order - 1.

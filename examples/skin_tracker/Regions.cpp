@@ -98,8 +98,7 @@ void traceOutline(const cv::Mat& mask, VisContourSamplePts& outline) {
             outline.mPoints.back().mField = static_cast<std::int32_t>(&curve - curves.data());
         }
     }
-    // Only now do the points stay where they are. Each is joined to the next of its curve, the last one to
-    // the first.
+    // Only now do the points stay where they are. Each is joined to the next of its curve, the last one to the first.
     auto first = outline.mPoints.begin();
     while (first != outline.mPoints.end()) {
         const auto end = std::find_if(first, outline.mPoints.end(),

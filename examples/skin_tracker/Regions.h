@@ -13,9 +13,9 @@ void tidy(cv::Mat& mask);
 /// Sets the regions of @p mask that have no pixel in common with @p other to 0.
 void keepRegionsTouching(const cv::Mat& other, cv::Mat& mask);
 
-/// The connected regions of a mask. Each record holds the centroid in `mVector`, the covariance of the
-/// pixels' places in `mMatrix1` and its inverse in `mMatrix2`, the box (x, y, width, height) in `mBlock`, the
-/// label in `mField1` and the area in pixels in `mField2`.
+/// The connected regions of a mask. Each record holds the centroid in `mVector`, the covariance of the pixels' places
+/// in `mMatrix1` and its inverse in `mMatrix2`, the box (x, y, width, height) in `mBlock`, the label in `mField1` and
+/// the area in pixels in `mField2`.
 class Regions {
 public:
     /// Finds the regions of at least @p leastArea pixels in @p mask.
@@ -32,9 +32,8 @@ private:
 
 cv::Rect boxOf(const tarvos::core::cvdata::Blobs::BlobInfo& blob);
 
-/// Samples the outer outline of @p mask every few pixels into @p outline: points hold place and outward unit
-/// normal (x, y, nx, ny) in `mVec4`; each edge refers to the two points it joins and holds its direction in
-/// `mVec2`.
+/// Samples the outer outline of @p mask every few pixels into @p outline: points hold place and outward unit normal
+/// (x, y, nx, ny) in `mVec4`; each edge refers to the two points it joins and holds its direction in `mVec2`.
 void traceOutline(const cv::Mat& mask, tarvos::core::cvdata::VisContourSamplePts& outline);
 
 }  // namespace skin_tracker

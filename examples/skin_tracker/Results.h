@@ -8,12 +8,12 @@
 
 namespace skin_tracker {
 
-/// The files a run writes. They appear in the output directory together, once all of them are complete; of a
-/// run that fails nothing is left.
+/// The files a run writes. They appear in the output directory together, once all of them are complete; of a run that
+/// fails nothing is left.
 class Results {
 public:
-    /// Creates the directory @p path when it is missing. Throws `std::runtime_error` when that cannot be done
-    /// or the directory cannot be written to.
+    /// Creates the directory @p path when it is missing. Throws `std::runtime_error` when that cannot be done or the
+    /// directory cannot be written to.
     explicit Results(const std::string& path);
     ~Results();
     Results(const Results&) = delete;

@@ -10,8 +10,8 @@ public:
     /// Evaluates the mixture once for each pair of hue and saturation.
     SkinModel();
 
-    /// Sets the pixels of @p hsv (8-bit hue, saturation, value, as `cv::COLOR_RGB2HSV` makes them of BGR
-    /// pixels) that are likely skin to 255 in @p mask (8-bit, one channel), the others to 0.
+    /// Sets the pixels of @p hsv (8-bit hue, saturation, value, as `cv::COLOR_RGB2HSV` makes them of BGR pixels) that
+    /// are likely skin to 255 in @p mask (8-bit, one channel), the others to 0.
     void mark(const cv::Mat& hsv, cv::Mat& mask) const;
 
 private:

@@ -18,7 +18,8 @@ using tarvos::core::cvdata::Image;
 constexpr double LEAST_AREA = 0.002;
 /// So many frames teach the colours of the hand.
 constexpr int FRAMES_TO_LEARN = 10;
-/// A hand grows and shrinks by less than this from one sight to the next.
+/// A hand grows and shrinks by less than this factor from one frame to the next, and by so much more with each frame in
+/// which it is out of sight.
 constexpr double MOST_GROWTH = 4.0;
 
 cv::Point2d centreOf(const cv::Rect2d& box) {
@@ -52,6 +53,7 @@ void Tracker::process(const Image& frame, double time) {
     mBlobs = regions.blobs();
     const Blobs::BlobInfo* hand = pick();
     mFound = hand != nullptr;
+    mFramesMissed = mFound ? 0 : mFramesMissed + 1;
     if (!mFound) {
         mOutline.clear();
         mOutline.mPoints.clear();
@@ -80,17 +82,18 @@ void Tracker::learn(const cv::Mat& hsv, double leastArea) {
     }
 }
 
-/// The region that is taken for the hand: before the track has started the largest one, then the one nearest
-/// to the prediction, if it lies within reach; null when there is none.
+/// The region that is taken for the hand: before the track has started the largest one, then the one nearest to the
+/// prediction, if it lies within reach; null when there is none.
 const Blobs::BlobInfo* Tracker::pick() const {
     if (!mMotion)
         return largest(mBlobs);
     const cv::Rect2d box = mMotion->box();
     double leastDistance = std::hypot(box.width, box.height) / 2 + mMotion->uncertainty();
+    const double mostGrowth = MOST_GROWTH * (1 + mFramesMissed);
     const Blobs::BlobInfo* nearest = nullptr;
     for (const Blobs::BlobInfo& blob : mBlobs.mBlobs) {
         const double distance = cv::norm(centreOf(boxOf(blob)) - mPredictedCentre);
-        if (distance <= leastDistance && blob.mField2 < MOST_GROWTH * mArea && blob.mField2 > mArea / MOST_GROWTH) {
+        if (distance <= leastDistance && blob.mField2 < mostGrowth * mArea && mArea < mostGrowth * blob.mField2) {
             leastDistance = distance;
             nearest = &blob;
         }

@@ -15,10 +15,9 @@ namespace skin_tracker {
 
 /// Follows one hand through a sequence of frames.
 ///
-/// The general skin model starts the track at the largest region of skin. The first frames teach the colours
-/// of this hand, which then take over. In each frame the region nearest to the predicted place is taken for
-/// the hand; when there is none within reach, the prediction goes on alone, its reach growing, until the hand
-/// is back.
+/// The general skin model starts the track at the largest region of skin. The first frames teach the colours of this
+/// hand, which then take over. In each frame the region nearest to the predicted place is taken for the hand; when
+/// there is none within reach, the prediction goes on alone, its reach growing, until the hand is back.
 class Tracker {
 public:
     /// Tracks with derivatives of the box up to @p order - 1.
@@ -52,6 +51,7 @@ private:
     tarvos::core::cvdata::Blobs mBlobs;
     tarvos::core::cvdata::VisContourSamplePts mOutline;
     bool mFound = false;
+    int mFramesMissed = 0;
     int mArea = 0;
 
     void learn(const cv::Mat& hsv, double leastArea);

@@ -1,6 +1,6 @@
 /// @file
-/// Calls SystemManager as often as told, `opengl_probe TIMES CHECK`, on a GPU that the environment makes
-/// poorer: GLEW's queries are answered here before they reach GLEW.
+/// Calls SystemManager as often as told, `opengl_probe TIMES CHECK`, on a GPU that the environment makes poorer:
+/// GLEW's queries are answered here before they reach GLEW.
 
 #include "core/SystemManager.h"
 

@@ -25,6 +25,16 @@ void* operator new(std::size_t size) {
         throw std::bad_alloc();
     return memory;
 }
+// A sanitizer brings array forms of its own, which would not come by here.
+void* operator new[](std::size_t size) {
+    return operator new(size);
+}
+void operator delete[](void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory, std::size_t /*size*/) noexcept {
+    std::free(memory);
+}
 void operator delete(void* memory) noexcept {
     std::free(memory);
 }

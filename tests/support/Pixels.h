@@ -31,8 +31,7 @@ inline void paint(IplImage& header, unsigned int seed = 1) {
                 static_cast<char>(seed + 31U * static_cast<unsigned int>(row) + static_cast<unsigned int>(byte));
 }
 
-/// Fields, header and buffer tell one story, and all of the buffer can be written (a sanitizer or valgrind
-/// watches).
+/// Fields, header and buffer tell one story, and all of the buffer can be written (a sanitizer or valgrind watches).
 inline void expectSound(const tarvos::core::cvdata::Image& image) {
     const IplImage* header = image.iplImage();
     ASSERT_NE(header, nullptr);

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <vector>
 
-/// A pose of any dimension and degrees of freedom, whose two forms are independent of each other. It counts
-/// the updates of its vectors; an update of the data adds 100 to every element.
+/// A pose of any dimension and degrees of freedom, whose two forms are independent of each other. It counts the
+/// updates of its vectors; an update of the data adds 100 to every element.
 class TestPose : public tarvos::core::cvdata::Pose {
 public:
     using Vector = tarvos::math::Vector;

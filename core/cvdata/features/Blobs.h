@@ -23,8 +23,8 @@ namespace tarvos::core::cvdata {
 /// @ingroup features
 class TARVOS_CORE_EXPORT Blobs : public VisualFeatures {
 public:
-    /// One blob. The library gives the fields no meaning; a new record is all zero. What a vision application
-    /// usually keeps in them is noted, but not enforced.
+    /// One blob. The library gives the fields no meaning; a new record is all zero. What a vision application usually
+    /// keeps in them is noted, but not enforced.
     struct TARVOS_CORE_EXPORT BlobInfo {
         /// Matrices 2 x 2, vector of 2.
         BlobInfo();

@@ -31,12 +31,12 @@ public:
     float mWeight = 1.0F;  ///< share of this component in the mixture; the weights of a mixture sum to 1
 };
 
-/// A Gaussian mixture over a colour space of at most four dimensions. It holds the components and can load a
-/// model of skin colour; evaluating the mixture is the tracker's business.
+/// A Gaussian mixture over a colour space of at most four dimensions. It holds the components and can load a model of
+/// skin colour; evaluating the mixture is the tracker's business.
 ///
 /// Components are held through shared pointers, so that a user can keep one. Construction, copying and
-/// initSkinDistribution() give every slot a component of its own and never overwrite one: a component kept
-/// from before stays as it was.
+/// initSkinDistribution() give every slot a component of its own and never overwrite one: a component kept from
+/// before stays as it was.
 ///
 /// @code
 /// ColorGMM skin(2, 2);
@@ -55,20 +55,18 @@ public:
 
     /// The number of components.
     virtual std::size_t dimension() const;
-    /// A deep copy of the components and of mEpsilon; mFlag stays. Stops the process when a user emptied a
-    /// slot of
-    /// @p other. When it throws, this model is as it was.
+    /// A deep copy of the components and of mEpsilon; mFlag stays. Stops the process when a user emptied a slot of @p
+    /// other. When it throws, this model is as it was.
     virtual ColorGMM& operator=(const ColorGMM& other);
 
-    /// Replaces the model by one of skin colour, two components over hue and saturation, and prints it to
-    /// standard output. The channels are those of OpenCV's 8-bit HSV with red and blue exchanged
-    /// (`cv::COLOR_RGB2HSV` applied to BGR pixels): skin lies near hue 111 to 117 of 180 and saturation 112
-    /// to 115 of 255. Values and determinants are the constants of that fitted model, in single precision.
+    /// Replaces the model by one of skin colour, two components over hue and saturation, and prints it to standard
+    /// output. The channels are those of OpenCV's 8-bit HSV with red and blue exchanged (`cv::COLOR_RGB2HSV` applied
+    /// to BGR pixels): skin lies near hue 111 to 117 of 180 and saturation 112 to 115 of 255. Values and determinants
+    /// are the constants of that fitted model, in single precision.
     void initSkinDistribution();
 
     std::vector<boost::shared_ptr<GM>> mMixtures;  ///< component 1 at index 0; no slot may be empty
-    /// A small positive constant for the model's users, for instance the density under which a colour is no
-    /// match.
+    /// A small positive constant for the model's users, for instance the density under which a colour is no match.
     double mEpsilon;
 
 protected:

@@ -8,14 +8,14 @@
 
 namespace tarvos::core::cvdata {
 
-/// A histogram over three colour channels with a number of bins for each: a flat vector of bins1 x bins2 x
-/// bins3 doubles, and its shape.
+/// A histogram over three colour channels with a number of bins for each: a flat vector of bins1 x bins2 x bins3
+/// doubles, and its shape.
 ///
-/// What colour an entry stands for is the application's choice; bins1 x bins2 entries make a plane. A new
-/// histogram, and one that was given another shape, is zero.
+/// What colour an entry stands for is the application's choice; bins1 x bins2 entries make a plane. A new histogram,
+/// and one that was given another shape, is zero.
 ///
-/// Class invariant: the vector has getBinsTotal() elements. Only an assignment to data() can break it. Moving
-/// copies, since a histogram always has its vector.
+/// Class invariant: the vector has getBinsTotal() elements. Only an assignment to data() can break it. Moving copies,
+/// since a histogram always has its vector.
 ///
 /// @code
 /// ColourHist2d histogram(30, 32, 16);                    // bins of hue, saturation and value
@@ -37,8 +37,8 @@ public:
     virtual unsigned int getBinsTotal() const;
     /// Writes the numbers of bins; null pointers are skipped.
     virtual void getBins(unsigned char* bins1, unsigned char* bins2, unsigned char* bins3) const;
-    /// Changes the shape and sets every entry to zero; does nothing when the shape is this one already. When
-    /// it throws for lack of memory, the histogram is as it was.
+    /// Changes the shape and sets every entry to zero; does nothing when the shape is this one already. When it
+    /// throws for lack of memory, the histogram is as it was.
     virtual void setBins(unsigned char bins1, unsigned char bins2, unsigned char bins3);
     /// Sets every entry to zero.
     virtual void clear();

@@ -11,9 +11,9 @@ namespace tarvos::core::cvdata {
 
 /// Sample points along contours, and edges that refer to them.
 ///
-/// The application fills and reads both lists. Edges point to points that they do not own, usually those in
-/// mPoints; growing mPoints moves them, so fill it first (or reserve). A copy would point into the points of
-/// the original, so there is no copy construction, and assignment stops the process.
+/// The application fills and reads both lists. Edges point to points that they do not own, usually those in mPoints;
+/// growing mPoints moves them, so fill it first (or reserve). A copy would point into the points of the original, so
+/// there is no copy construction, and assignment stops the process.
 ///
 /// @code
 /// VisContourSamplePts contour;
@@ -25,8 +25,8 @@ namespace tarvos::core::cvdata {
 /// @ingroup features
 class TARVOS_CORE_EXPORT VisContourSamplePts : public VisualFeatures {
 public:
-    /// A sample point. The library gives the fields no meaning; a new record is all zero. What a contour
-    /// tracker usually keeps in them is noted, but not enforced.
+    /// A sample point. The library gives the fields no meaning; a new record is all zero. What a contour tracker
+    /// usually keeps in them is noted, but not enforced.
     struct CPOINT {
         math::Vector4 mVec4;                ///< for instance place and unit normal: x, y, nx, ny
         math::Vector2 mVec2;                ///< for instance the place in the last frame

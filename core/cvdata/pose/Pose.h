@@ -8,27 +8,30 @@
 
 namespace tarvos::core::cvdata {
 
-/// One configuration of a target, for instance its place and size: the base of an application's pose classes,
-/// which a State carries.
+/// One configuration of a target, for instance its place and size: the base of an application's pose classes, which a
+/// State carries.
 ///
-/// A pose is seen in two forms: its data, a vector of dimension() elements, and its incremental data, a
-/// vector of dof() elements, one a degree of freedom. The two counts may differ (a rotation as a quaternion
-/// has 4 elements and 3 degrees of freedom). Each vector has an update flag: at 0 it is out of date, and
-/// reading it calls updateData() or updateIncData() first.
+/// A pose is seen in two forms: its data, a vector of dimension() elements, and its incremental data, a vector of
+/// dof() elements, one a degree of freedom. The two counts may differ (a rotation as a quaternion has 4 elements and
+/// 3 degrees of freedom). Each vector has an update flag: at 0 it is out of date, and reading it calls updateData()
+/// or updateIncData() first.
 ///
 /// A pose whose own representation is its data is short to write:
 ///
-///     class BoxPose : public Pose {
-///     public:
-///         BoxPose() : Pose(4, 4) { resetData(); }
-///         BoxPose* clone() const override { return new BoxPose(*this); }
-///         void setData(const Vector& data) override { *mData = data; mUpdateIncFlag = 0; }
-///         void setIncData(const Vector& incData) override { *mIncData = incData; mUpdateIncFlag = 1;
-///         updateData(); } void resetData() override { mData->fill(0.0); mUpdateIncFlag = 0; } void
-///         resetIncData() override { mIncData->fill(0.0); mUpdateIncFlag = 1; } void updateData() override {
-///         *mData = *mIncData; } void updateIncData() override { *mIncData = *mData; mUpdateIncFlag = 1; }
-///         using Pose::operator=;
-///     };
+/// @code
+/// class BoxPose : public Pose {  // centre x and y, width, height: the same in both forms
+/// public:
+///     BoxPose() : Pose(4, 4) {}
+///     BoxPose* clone() const override { return new BoxPose(*this); }
+///     void setData(const Vector& data) override { *mData = *mIncData = data; }
+///     void setIncData(const Vector& incData) override { setData(incData); }
+///     void resetData() override { setData(Vector(4)); }
+///     void resetIncData() override { setData(Vector(4)); }
+///     void updateData() override {}
+///     void updateIncData() override {}
+///     using Pose::operator=;
+/// };
+/// @endcode
 ///
 /// Class invariant: mData has dimension() elements and mIncData has dof(). A derived class keeps it.
 /// @ingroup tracking
@@ -49,8 +52,8 @@ public:
     virtual void updateData() = 0;
     /// Brings mIncData up to date. Setting mUpdateIncFlag spares the next reader the call.
     virtual void updateIncData() = 0;
-    /// Makes this pose equal in value to @p pose, which has the same class: copies both vectors and flags. A
-    /// pose with members of its own overrides this. Stops the process when the counts differ.
+    /// Makes this pose equal in value to @p pose, which has the same class: copies both vectors and flags. A pose
+    /// with members of its own overrides this. Stops the process when the counts differ.
     virtual Pose& operator=(const Pose& pose);
 
     /// Elements of the data.
@@ -62,16 +65,14 @@ public:
     /// 0 while the incremental data is out of date.
     int getUpdateIncFlag() const { return mUpdateIncFlag; }
 
-    /// Copies the data, brought up to date, into @p vec. Stops the process unless it has dimension()
-    /// elements.
+    /// Copies the data, brought up to date, into @p vec. Stops the process unless it has dimension() elements.
     void getData(math::Vector& vec) {
         TARVOS_REQUIRE((int)vec.dimension() == dimension() && "ERROR: getData - vector sizes does not match!");
         if (getUpdateFlag() == 0)
             updateData();
         vec = *mData;
     }
-    /// Copies the incremental data, brought up to date, into @p vec. Stops the process unless it has dof()
-    /// elements.
+    /// Copies the incremental data, brought up to date, into @p vec. Stops the process unless it has dof() elements.
     void getIncData(math::Vector& vec) {
         TARVOS_REQUIRE(((int)vec.dimension() == dof()) && "ERROR: getIncData - vector sizes does not match!");
         if (getUpdateIncFlag() == 0)
