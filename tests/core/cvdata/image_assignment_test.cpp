@@ -86,6 +86,8 @@ TEST(ImageAssignmentTest, EveryKindIntoEveryKind) {
 }
 
 TEST(ImageAssignmentTest, FailedAllocationsLoseNothing) {
+    if (allocations() == 0)
+        GTEST_SKIP() << "valgrind allocates in its own way";
     const Image source(9, 9, Image::CHANNELS_BGR, Image::BITS_16U);
     Image image(5, 4, Image::CHANNELS_BGR, Image::BITS_8U);
     paint(*image.iplImage());
