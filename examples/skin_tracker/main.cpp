@@ -89,7 +89,10 @@ public:
         if (!mWriter.isOpened() &&
             !mWriter.open(mPath, cv::VideoWriter::fourcc('M', 'J', 'P', 'G'), mFrameRate, pixels.size()))
             throw std::runtime_error("cannot write track.avi");
-        mWriter.write(pixels);
+        // FFmpeg's conversion reads a few bytes past the last row, which here lie in one row more.
+        mWithMargin.create(pixels.rows + 1, pixels.cols, pixels.type());
+        pixels.copyTo(mWithMargin.rowRange(0, pixels.rows));
+        mWriter.write(mWithMargin.rowRange(0, pixels.rows));
     }
 
     void finish() { mWriter.release(); }
@@ -98,6 +101,7 @@ private:
     std::string mPath;
     double mFrameRate;
     cv::VideoWriter mWriter;
+    cv::Mat mWithMargin;
 };
 
 void run(const CmdLineParser& parser) {
