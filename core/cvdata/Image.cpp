@@ -118,12 +118,14 @@ Image& Image::operator=(const Image& image) {
     TARVOS_REQUIRE(image.isInStep() && "Image: the source's description and its pixels are out of step.");
 
     const bool sameGeometry = mAlign == image.mAlign && mBitsPerChannel == image.mBitsPerChannel &&
-                              mChannels == image.mChannels && mWidth == image.mWidth && mHeight == image.mHeight;
+                              mChannels == image.mChannels && mNofChannels == image.mNofChannels &&
+                              mWidth == image.mWidth && mHeight == image.mHeight;
     const std::int32_t step = alignedWidthStep(image.mWidth, image.mNofChannels, image.mBitsPerChannel, image.mAlign);
     // Equal geometry does not mean equal strides: a stride that came with an OpenCV header may be any.
     if (!sameGeometry || mWidthStep != step || !isInStep()) {
         Image resized;
-        resized.setChannels(image.mChannels);
+        resized.mChannels = image.mChannels;
+        resized.mNofChannels = image.mNofChannels;
         resized.mBitsPerChannel = image.mBitsPerChannel;
         resized.mAlign = image.mAlign;
         resized.resizeMemory(image.mWidth, image.mHeight);
