@@ -27,17 +27,14 @@ bool named(const char* variable, const char* text) {
 }  // namespace
 
 GLboolean glewIsSupported(const char* name) {
-    if (named("WITHHELD", name))
-        return GL_FALSE;
+    if (named("WITHHELD", name)) return GL_FALSE;
     return named("GRANTED", name) ? GLboolean{GL_TRUE} : next("glewIsSupported", &glewIsSupported)(name);
 }
 
 GLenum glewInit() {
-    if (named("WITHHELD", "glewInit"))
-        return GLEW_ERROR_NO_GL_VERSION;
+    if (named("WITHHELD", "glewInit")) return GLEW_ERROR_NO_GL_VERSION;
     const GLenum result = next("glewInit", &glewInit)();
-    if (named("WITHHELD", "glGetProgramivARB"))
-        __glewGetProgramivARB = nullptr;
+    if (named("WITHHELD", "glGetProgramivARB")) __glewGetProgramivARB = nullptr;
     return result;
 }
 

@@ -17,9 +17,7 @@ constexpr int FRAMES = 60;
 constexpr int HIDDEN_FROM = 30;
 constexpr int HIDDEN_TO = 38;
 
-cv::Point2d placeIn(int frame) {
-    return {160 + 90 * std::sin(0.06 * frame), 120 + 50 * std::sin(0.11 * frame)};
-}
+cv::Point2d placeIn(int frame) { return {160 + 90 * std::sin(0.06 * frame), 120 + 50 * std::sin(0.11 * frame)}; }
 
 /// A skin-coloured ellipse in motion over clutter, with noise, hidden by a panel for a while.
 cv::Mat frameOf(int number) {
@@ -37,9 +35,7 @@ cv::Mat frameOf(int number) {
     return frame;
 }
 
-ProgramRun track(const std::string& arguments) {
-    return ProgramRun::of("'" SKIN_TRACKER "' " + arguments);
-}
+ProgramRun track(const std::string& arguments) { return ProgramRun::of("'" SKIN_TRACKER "' " + arguments); }
 
 /// The columns of track.csv by their names; empty fields are NaN.
 std::map<std::string, std::vector<double>> columnsOf(const std::string& path) {
@@ -62,8 +58,7 @@ class SkinTrackerTest : public testing::Test {
 protected:
     static void writeFrames(int count) {
         std::filesystem::create_directory("frames");
-        for (int i = 0; i < count; ++i)
-            cv::imwrite(cv::format("frames/%03d.png", i), frameOf(i));
+        for (int i = 0; i < count; ++i) cv::imwrite(cv::format("frames/%03d.png", i), frameOf(i));
     }
 
     const TemporaryDirectory directory;
@@ -109,10 +104,8 @@ TEST_F(SkinTrackerTest, WaitsForAHandAndUsesEveryNthFrame) {
 
 TEST_F(SkinTrackerTest, WrongInputGivesOneLineAndWritesNothing) {
     writeFrames(2);
-    for (const char* name : {"empty", "broken", "mixed"})
-        std::filesystem::create_directory(name);
-    for (const char* name : {"broken/0.png", "mixed/0.png"})
-        std::filesystem::copy("frames/000.png", name);
+    for (const char* name : {"empty", "broken", "mixed"}) std::filesystem::create_directory(name);
+    for (const char* name : {"broken/0.png", "mixed/0.png"}) std::filesystem::copy("frames/000.png", name);
     for (const char* name : {"broken/1.png", "text.mp4", "file"})
         TemporaryDirectory::write(name, "neither image nor video");
     cv::imwrite("mixed/1.png", cv::Mat(10, 20, CV_8UC3, cv::Scalar::all(0)));

@@ -16,14 +16,11 @@ using testing::ElementsAre;
 
 namespace {
 
-std::vector<double> elements(const Matrix& matrix) {
-    return {matrix.data(), matrix.data() + matrix.dimension()};
-}
+std::vector<double> elements(const Matrix& matrix) { return {matrix.data(), matrix.data() + matrix.dimension()}; }
 
 Matrix counting(unsigned int rows, unsigned int cols) {
     Matrix matrix(rows, cols);
-    for (unsigned int i = 0; i < matrix.dimension(); ++i)
-        matrix.data()[i] = i + 1;
+    for (unsigned int i = 0; i < matrix.dimension(); ++i) matrix.data()[i] = i + 1;
     return matrix;
 }
 

@@ -9,9 +9,7 @@
 #include <cstring>
 #include <vector>
 
-inline int bytesPerRow(const IplImage& header) {
-    return header.width * header.nChannels * (header.depth & 0xFF) / 8;
-}
+inline int bytesPerRow(const IplImage& header) { return header.width * header.nChannels * (header.depth & 0xFF) / 8; }
 
 /// The bytes of the pixels, row after row, without what fills rows up.
 inline std::vector<unsigned char> pixelsOf(const IplImage& header) {

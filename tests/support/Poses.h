@@ -15,15 +15,11 @@ public:
     TestPose* clone() const override { return new TestPose(*this); }
     void setData(const Vector& data) override { *mData = data; }
     void setIncData(const Vector& incData) override { *mIncData = incData; }
-    void resetData() override {
-        mData->fill(1.0);
-        ++dataResets;
-    }
+    void resetData() override { mData->fill(1.0); }
     void resetIncData() override { mIncData->fill(2.0); }
     void updateData() override {
         ++dataUpdates;
-        for (unsigned int i = 0; i < mData->dimension(); ++i)
-            (*mData)[i] += 100.0;
+        for (unsigned int i = 0; i < mData->dimension(); ++i) (*mData)[i] += 100.0;
         mUpdateFlag = 1;
     }
     void updateIncData() override { ++incUpdates; }
@@ -31,7 +27,6 @@ public:
 
     void outdate() { mUpdateFlag = mUpdateIncFlag = 0; }
 
-    int dataResets = 0;
     int dataUpdates = 0;
     int incUpdates = 0;
 };

@@ -20,8 +20,7 @@ struct ProgramRun {
     /// Runs the shell's @p command in the current directory.
     static ProgramRun of(const std::string& command) {
         const int status = std::system((command + " >.output 2>.errors").c_str());
-        if (!WIFEXITED(status))
-            throw std::runtime_error(command + " was killed");
+        if (!WIFEXITED(status)) throw std::runtime_error(command + " was killed");
         return {WEXITSTATUS(status), contentOf(".output"), contentOf(".errors")};
     }
 };

@@ -86,8 +86,7 @@ TEST(ImageAssignmentTest, EveryKindIntoEveryKind) {
 }
 
 TEST(ImageAssignmentTest, FailedAllocationsLoseNothing) {
-    if (allocations() == 0)
-        GTEST_SKIP() << "valgrind allocates in its own way";
+    if (allocations() == 0) GTEST_SKIP() << "valgrind allocates in its own way";
     const Image source(9, 9, Image::CHANNELS_BGR, Image::BITS_16U);
     Image image(5, 4, Image::CHANNELS_BGR, Image::BITS_8U);
     paint(*image.iplImage());
@@ -115,7 +114,6 @@ TEST(ImageAssignmentTest, MovingLeavesTheSourceEmptyAndSafe) {
     const unsigned char* buffer = images.back().imageBuffer();
     images.resize(100);
     EXPECT_EQ(images[2].imageBuffer(), buffer);
-    EXPECT_EQ(images[2].channels(), Image::CHANNELS_RGBA);
     EXPECT_EQ(images[2].getTimeStamp(), 77);
 
     Image target(3, 3, Image::CHANNELS_GRAY, Image::BITS_8U);

@@ -48,7 +48,6 @@ TEST(ImageFileTest, DecodesWhatOpenCvDecodes) {
         const std::string heard = testing::internal::GetCapturedStderr();
         EXPECT_EQ(heard.empty(), name != "half.jpg") << "a damaged image that still loads: the decoder's warning";
         const cv::Mat expected = cv::imread(name, cv::IMREAD_COLOR | cv::IMREAD_IGNORE_ORIENTATION);
-        EXPECT_EQ(image.width(), expected.cols);
         EXPECT_EQ(pixelsOf(*image.iplImage()), pixelsOf(cvIplImage(expected)));
         expectSound(image);
         Image sized(image.width(), image.height(), Image::CHANNELS_BGR, Image::BITS_8U);
@@ -75,7 +74,6 @@ TEST(ImageFileTest, FailsWithOneLineAndStaysEmpty) {
         EXPECT_EQ(testing::internal::GetCapturedStderr(), "ERROR: Could not load image: " + name + "\n");
         EXPECT_EQ(image.imageBuffer(), nullptr);
         EXPECT_EQ(image.iplImage(), nullptr);
-        EXPECT_EQ(image.width(), 0);
         image = Image("whole.png");
         expectSound(image);
     }

@@ -12,8 +12,7 @@ protected:
     CmdLineParser parserOf(std::vector<std::string> words) {
         mWords = std::move(words);
         mPointers.clear();
-        for (std::string& word : mWords)
-            mPointers.push_back(word.data());
+        for (std::string& word : mWords) mPointers.push_back(word.data());
         return {static_cast<int>(mPointers.size()), mPointers.data()};
     }
 
@@ -39,8 +38,7 @@ TEST_F(CmdLineParserTest, ReadsWords) {
     CmdLineParser parser =
         parserOf({"-app", "positional", "-", "--mirror", "-name=value", "-unknown", "-mirror", "-mirror", "-offset",
                   "-3", "-name", "first", "-name", "second", "-last", "-mirror"});
-    for (const char* flag : {"mirror", "app", "positional"})
-        parser.addFlag(flag, "");
+    for (const char* flag : {"mirror", "app", "positional"}) parser.addFlag(flag, "");
     for (const char* option : {"offset", "name", "last", "left"})
         parser.addOption(option, "", "default", option == std::string("name"));
     EXPECT_EQ(parser.getValue("mirror") + parser.getValue("name"), "0default");
@@ -60,8 +58,7 @@ TEST_F(CmdLineParserTest, ReadsWords) {
 TEST_F(CmdLineParserTest, ServesEveryRecordOfAName) {
     CmdLineParser parser = parserOf({"app", "-both", "word", "-twice", "one", "two", "-", "dash"});
     parser.addFlag("both", "");
-    for (const char* option : {"both", "twice", "twice", ""})
-        parser.addOption(option, "", "", false);
+    for (const char* option : {"both", "twice", "twice", ""}) parser.addOption(option, "", "", false);
     parser.parse();
     EXPECT_EQ(parser.getValue("both"), "1") << "flags are found first";
     EXPECT_EQ(parser.getValue("twice"), "one");
@@ -69,17 +66,14 @@ TEST_F(CmdLineParserTest, ServesEveryRecordOfAName) {
 }
 
 TEST_F(CmdLineParserTest, ConvertsLikeAStream) {
-    const std::tuple<const char*, int, double, bool, bool> cases[] = {
-        {"12abc", 12, 12, false, true}, {"3.7", 3, 3.7, false, true}, {" \t-4", -4, -4, false, true},
-        {"1", 1, 1, true, true},        {"0", 0, 0, false, false},    {"abc", 0, 0, false, false}};
-    for (const auto& [text, whole, number, truth, extracted] : cases) {
-        CmdLineParser parser = parserOf({"app"});
-        parser.addOption("x", "", text, false);
-        EXPECT_EQ(parser.getValueInt("x"), whole) << text;
-        EXPECT_EQ(parser.getValueDouble("x"), number) << text;
-        EXPECT_EQ(parser.getValueBool("x"), truth) << text;
-        EXPECT_EQ(parser.get<bool>("x"), extracted) << text;
-    }
+    CmdLineParser parser = parserOf({"app"});
+    for (const char* text : {"12abc", " \t3.7", "1", "0", "abc"}) parser.addOption(text, "", text, false);
+    EXPECT_EQ(parser.getValueInt("12abc"), 12);
+    EXPECT_EQ(parser.getValueInt(" \t3.7"), 3);
+    EXPECT_EQ(parser.getValueDouble(" \t3.7"), 3.7);
+    EXPECT_EQ(parser.getValueInt("abc"), 0);
+    EXPECT_TRUE(parser.getValueBool("1") && parser.get<bool>("1"));
+    EXPECT_FALSE(parser.getValueBool("12abc") || parser.getValueBool("0") || parser.get<bool>("0"));
 }
 
 TEST_F(CmdLineParserTest, PrintsTheUsageTable) {

@@ -69,8 +69,7 @@ TEST_F(FilesystemTest, MovesAndCopies) {
 }
 
 TEST_F(FilesystemTest, ListsNames) {
-    for (const char* name : {"a", "a.txt", "b.TXT", "txt"})
-        TemporaryDirectory::write(name);
+    for (const char* name : {"a", "a.txt", "b.TXT", "txt"}) TemporaryDirectory::write(name);
     std::filesystem::create_directory("c.txt");
     std::filesystem::create_symlink("nowhere", "dangling.txt");
     std::filesystem::create_directory_symlink("c.txt", "link");

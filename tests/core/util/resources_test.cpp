@@ -57,21 +57,18 @@ TEST_F(ResourcesTest, ClimbsTheLadderInOrder) {
     unsetenv("TARVOS");
 }
 
-TEST_F(ResourcesTest, PrefersTheApplicationsOwnDirectory) {
+TEST_F(ResourcesTest, PrefersTheApplicationsOwnDirectoryAndFindsFilesThere) {
     makeDataDir("data");
     const std::string found = foundAt("./data/") + "Found ";
     std::filesystem::create_directory("data/app");
     std::filesystem::create_directories("data/tutorials/app");
     EXPECT_EQ(search(), found + "app specific data directory at : ./data/tutorials/app\n./data/tutorials/app");
-}
 
-TEST_F(ResourcesTest, FindsFiles) {
-    makeDataDir("data");
-    for (const char* name : {"here.png", "data/there.png", "data/here.png"})
+    for (const char* name : {"here.png", "data/tutorials/app/there.png", "data/tutorials/app/here.png"})
         TemporaryDirectory::write(name);
     const Resources resources("", "app");
     EXPECT_EQ(resources.findFile("here.png"), "here.png");
-    EXPECT_EQ(resources.findFile("there.png"), "./data//there.png");
+    EXPECT_EQ(resources.findFile("there.png"), "./data/tutorials/app/there.png");
     EXPECT_EQ(resources.findFile("nowhere.png"), "");
 }
 
