@@ -9,6 +9,7 @@
 #include <opencv2/core/core_c.h>
 #include <opencv2/imgproc.hpp>
 
+#include <algorithm>
 #include <fstream>
 #include <iostream>
 #include <sstream>

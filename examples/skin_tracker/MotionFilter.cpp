@@ -2,6 +2,7 @@
 
 #include "BoxPose.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace skin_tracker {
