@@ -78,13 +78,14 @@ Image::Image(const IplImage* image) : TimedData(REPR_IMAGE), mChannels(CHANNELS_
 }
 
 Image::Image(std::string path) : TimedData(REPR_IMAGE) {
-    const LoadedImage loaded = loadColourImage(path);
-    if (!loaded) {
+    const cv::Mat loaded = loadColourImage(path);
+    if (loaded.empty()) {
         std::cerr << "ERROR: Could not load image: " << path << std::endl;
         return;
     }
-    updateFromOpencvHeader(loaded.get());
-    copyPixelsOf(loaded.get());
+    setChannels(CHANNELS_BGR);
+    resizeMemory(loaded.cols, loaded.rows);
+    copyRows(loaded.data, static_cast<std::int32_t>(loaded.step[0]));
 }
 
 Image::Image(const Image& image) : TimedData(REPR_IMAGE), mChannels(CHANNELS_BGR) {

@@ -1,10 +1,11 @@
 #include "core/cvdata/ImageLoader.h"
 
-#include <opencv2/core/core_c.h>
 #include <opencv2/imgcodecs.hpp>
 
+#include <cstdint>
 #include <cstdio>
 #include <iostream>
+#include <limits>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -45,7 +46,9 @@ private:
     int mStandardError;
 };
 
-cv::Mat decode(const std::string& path) {
+}  // namespace
+
+cv::Mat loadColourImage(const std::string& path) try {
     std::string warnings;
     cv::Mat pixels;
     {
@@ -54,27 +57,15 @@ cv::Mat decode(const std::string& path) {
         if (!pixels.empty())
             warnings = held.text();
     }
+    // The most that an OpenCV header counts, rows filled up to 4 bytes.
+    if ((std::int64_t{3} * pixels.cols + 3) * pixels.rows > std::numeric_limits<std::int32_t>::max())
+        return {};
     // An image that was decoded in part, say, deserves what the decoder said about it.
     std::cerr << warnings << std::flush;
     return pixels;
-}
-
-}  // namespace
-
-void ImageRelease::operator()(IplImage* image) const noexcept {
-    cvReleaseImage(&image);
-}
-
-LoadedImage loadColourImage(const std::string& path) try {
-    const cv::Mat pixels = decode(path);
-    if (pixels.empty())
-        return nullptr;
-    LoadedImage image(cvCreateImage(cvSize(pixels.cols, pixels.rows), IPL_DEPTH_8U, 3));
-    pixels.copyTo(cv::cvarrToMat(image.get()));
-    return image;
 } catch (const std::exception&) {
-    // OpenCV's errors, too large for an IplImage included, and a lack of memory: there is no image either way.
-    return nullptr;
+    // OpenCV's errors and a lack of memory: there is no image either way.
+    return {};
 }
 
 }  // namespace tarvos::core::cvdata
