@@ -87,6 +87,8 @@ TEST(ImageTest, ResizingGivesANewBufferUnderTheSameHeader) {
     Image image(5, 4, Image::CHANNELS_BGR, Image::BITS_8U);
     IplImage* header = image.iplImage();
     cvSetImageROI(header, cvRect(1, 1, 2, 2));
+    image.updateOpencvHeader();
+    EXPECT_EQ(header->roi, nullptr);
     image.resizeMemory(9, 7);
     EXPECT_EQ(image.iplImage(), header);
     EXPECT_EQ(header->widthStep, 28);

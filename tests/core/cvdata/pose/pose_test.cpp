@@ -14,7 +14,6 @@ TEST(PoseTest, ReadingUpdatesWhatIsOutOfDate) {
     Vector data(3);
     Vector incData(2);
     pose.getData(data);
-    EXPECT_EQ(pose.dataUpdates, 0);
     pose.outdate();
     pose.getData(data);
     pose.getData(data);
