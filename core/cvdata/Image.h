@@ -73,9 +73,10 @@ public:
     /// Stops the process when @p image or its data is null, or it has not 1, 3 or 4 channels or a depth outside
     /// BitsPerChannel. Throws `cv::Exception` for a stride shorter than a row.
     explicit Image(const IplImage* image);
-    /// The image in the file at @p path, as OpenCV's imread decodes it to 8-bit CHANNELS_BGR, without regard to an
-    /// EXIF orientation. When that fails for whatever reason, the image is empty and "ERROR: Could not load image: "
-    /// and the path are written to standard error.
+    /// The image in the file at @p path, as OpenCV's imread decodes it to 8-bit CHANNELS_BGR, without regard to an EXIF
+    /// orientation. When that fails for whatever reason, the image is empty and "ERROR: Could not load image: " and the
+    /// path are written to standard error. What the decoder itself says there about a file that fails is dropped: the
+    /// process's standard error is held back while the file is decoded.
     explicit Image(std::string path);
     /// A copy of the pixels of @p image, described by its OpenCV header: the layout is what the header's channel
     /// sequence says (OpenCV knows "BGR" and "BGRA", so CHANNELS_RGB becomes CHANNELS_BGR), the time stamp is 0.
