@@ -27,6 +27,14 @@ std::string size(int width, int height) {
     return std::to_string(width) + "x" + std::to_string(height);
 }
 
+/// Whether a file of this name should be an image, going by its ending.
+bool isImage(const std::string& name) {
+    std::string ending = std::filesystem::path(name).extension().string();
+    std::transform(ending.begin(), ending.end(), ending.begin(), [](unsigned char c) { return std::tolower(c); });
+    static const std::string endings[] = {".png", ".jpg", ".jpeg", ".bmp", ".ppm", ".pgm", ".tif", ".tiff", ".webp"};
+    return std::find(std::begin(endings), std::end(endings), ending) != std::end(endings);
+}
+
 class Video : public FrameSource {
 public:
     explicit Video(const std::string& path) : mPath(path) {
@@ -63,10 +71,10 @@ class ImageDirectory : public FrameSource {
 public:
     explicit ImageDirectory(const std::string& path) {
         std::vector<std::string> names;
-        for (const char* ending :
-             {".png", ".PNG", ".jpg", ".JPG", ".jpeg", ".JPEG", ".bmp", ".BMP", ".ppm", ".tif", ".tiff"})
-            for (const std::string& name : Filesystem::ls(path, ending))
-                names.push_back(name);
+        std::vector<std::string> directories;
+        Filesystem::ls(path, names, directories);
+        names.erase(std::remove_if(names.begin(), names.end(), [](const auto& name) { return !isImage(name); }),
+                    names.end());
         if (names.empty())
             throw std::runtime_error("there are no images in the directory " + path);
         std::sort(names.begin(), names.end());

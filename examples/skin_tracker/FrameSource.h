@@ -13,8 +13,8 @@ struct AlreadyReported : std::exception {};
 
 /// The frames of a video file or of a directory of images, one after the other.
 ///
-/// All frames are 8-bit BGR and of one size. Whatever keeps the input from being read throws `std::runtime_error` or
-/// AlreadyReported.
+/// All frames are 8-bit BGR and of one size. Whatever keeps the input from being read throws `std::runtime_error`, or
+/// what has reported itself: AlreadyReported or `tarvos::core::Exception`.
 class FrameSource {
 public:
     virtual ~FrameSource() = default;

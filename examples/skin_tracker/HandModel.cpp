@@ -18,7 +18,7 @@ constexpr int SATURATION_BINS = 32;
 constexpr int VALUE_BINS = 16;
 constexpr int PLANE = HUE_BINS * SATURATION_BINS;
 
-/// Darker pixels (of 255) have no colour to speak of: their hue and saturation are noise.
+/// The bins of pixels darker than 48 of 255: those have no colour to speak of, their hue and saturation are noise.
 constexpr int DARK_BINS = 48 * VALUE_BINS / 256 * PLANE;
 /// So often the colours found are looked for again; growth has ended by then.
 constexpr int ROUNDS = 5;

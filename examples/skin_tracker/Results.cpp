@@ -5,7 +5,6 @@
 #include <opencv2/core/core_c.h>
 #include <opencv2/imgcodecs.hpp>
 
-#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <stdexcept>
@@ -57,11 +56,8 @@ void Results::write(const std::string& name, const Image& image) {
 }
 
 void Results::publish() {
-    for (const std::string& name : mNames) {
-        const std::string path = mPath + "/" + name;
-        if (std::rename(partPath(name).c_str(), path.c_str()) != 0)
-            throw std::runtime_error("cannot write " + path);
-    }
+    for (const std::string& name : mNames)
+        Filesystem::mv(partPath(name), mPath + "/" + name);
     mNames.clear();
     mCreated = false;
 }

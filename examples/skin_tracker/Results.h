@@ -3,7 +3,6 @@
 #include "core/cvdata/Image.h"
 
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace skin_tracker {
@@ -21,10 +20,11 @@ public:
 
     /// Where to write the file that will be @p name.
     std::string partOf(const std::string& name);
+    /// Writes a file whole. Throws `std::runtime_error` when that cannot be done.
     void write(const std::string& name, const std::string& text);
     void write(const std::string& name, const tarvos::core::cvdata::Image& image);
 
-    /// Gives all files their names. Throws `std::runtime_error` when that cannot be done.
+    /// Gives all files their names. Throws `tarvos::core::Exception` when that cannot be done.
     void publish();
 
 private:

@@ -6,6 +6,7 @@
 #include "Mosaic.h"
 #include "Results.h"
 #include "Tracker.h"
+#include "core/Exception.h"
 #include "core/parser/CmdLineParser.h"
 #include "core/util/Resources.h"
 #ifdef TARVOS_WITH_OPENGL
@@ -170,6 +171,7 @@ int main(int argc, char** argv) {
         run(parser);
         return 0;
     } catch (const AlreadyReported&) {
+    } catch (const tarvos::core::Exception&) {  // which reports itself
     } catch (const std::exception& error) {
         std::cerr << "skin_tracker: " << error.what() << std::endl;
     }
