@@ -18,20 +18,20 @@ endif()
 file(RELATIVE_PATH TARVOS_PREFIX_FROM_PC
   ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 
+set(TARVOS_Math_FILE_SETS FILE_SET eigen DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Development)
 foreach(name Math Core)
   string(TOLOWER ${name} folder)
   install(TARGETS tarvos${name}S EXPORT Tarvos${name}Targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_COMPONENT Development
+    FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Development
+    ${TARVOS_${name}_FILE_SETS}
     INCLUDES DESTINATION ${TARVOS_INCLUDEDIR})
   install(EXPORT Tarvos${name}Targets NAMESPACE Tarvos:: DESTINATION ${TARVOS_CMAKEDIR} COMPONENT Development)
-  install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder} ${PROJECT_BINARY_DIR}/include/${folder}
-    DESTINATION ${TARVOS_INCLUDEDIR} COMPONENT Development
-    FILES_MATCHING PATTERN "*.h"
-    PATTERN ImageLoader.h EXCLUDE)
   configure_file(${CMAKE_CURRENT_LIST_DIR}/tarvos-${folder}.pc.in tarvos-${folder}${TARVOS_POSTFIX}.pc @ONLY)
   install(FILES ${CMAKE_CURRENT_BINARY_DIR}/tarvos-${folder}${TARVOS_POSTFIX}.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Development)
 endforeach()
+install(TARGETS tarvosImageFilesS LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime)
 # An installed library finds its sibling beside itself, wherever the prefix is moved to.
 set_target_properties(tarvosCoreS PROPERTIES INSTALL_RPATH $ORIGIN)
 

@@ -69,5 +69,9 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/build/docs/html
   DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libtarvos-doc COMPONENT Documentation
   PATTERN "*.md5" EXCLUDE
   PATTERN "*.map" EXCLUDE)
+# The programs of the guides, each with its CMakeLists.txt where it has one.
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/listings/
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libtarvos-doc/examples COMPONENT Documentation
+  FILES_MATCHING PATTERN "*.cpp" PATTERN CMakeLists.txt)
 
 include(CPack)

@@ -1,5 +1,3 @@
-include(GenerateExportHeader)
-
 # What every target of this project is compiled with. Private to the target: a parent project keeps its own flags.
 function(tarvos_compile_options target)
   target_compile_features(${target} PUBLIC cxx_std_17)
@@ -11,24 +9,48 @@ function(tarvos_compile_options target)
     -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=)
 endfunction()
 
-# tarvos_library(<target> <Name> <sources>...): a shared library with the alias Tarvos::<Name>, whose headers are
-# included relative to the root of the repository and whose export macro TARVOS_<NAME>_EXPORT is in <name>/Export.h.
-function(tarvos_library target name)
-  string(TOLOWER ${name} folder)
-  string(TOUPPER ${name} macro)
-  add_library(${target} SHARED ${ARGN})
-  add_library(Tarvos::${name} ALIAS ${target})
+# What the libraries have in common.
+function(tarvos_library_properties target)
   tarvos_compile_options(${target})
+  target_compile_options(${target} PRIVATE
+    -iquote ${PROJECT_SOURCE_DIR}
+    # A function that is exported may still be inlined into its neighbours.
+    -fno-semantic-interposition)
   set_target_properties(${target} PROPERTIES
-    EXPORT_NAME ${name}
+    TARVOS_LIBRARY ON
     DEBUG_POSTFIX _d
-    VERSION ${PROJECT_VERSION}
-    SOVERSION ${PROJECT_VERSION_MAJOR}
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON)
-  generate_export_header(${target} BASE_NAME TARVOS_${macro}
-    EXPORT_FILE_NAME ${PROJECT_BINARY_DIR}/include/${folder}/Export.h)
-  target_include_directories(${target} PUBLIC
-    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
-    $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include>)
+endfunction()
+
+# Users include <tarvos/core/...>: installed below include/, here through a link to the source tree. The short form
+# "core/..." works through a system include folder, which compilers search after the user's own.
+file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/include)
+file(CREATE_LINK ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR}/include/tarvos SYMBOLIC)
+
+# tarvos_library(<target> <Name> SOURCES <files>... HEADERS <files>...): a shared library with the alias Tarvos::<Name>
+# and its public headers.
+function(tarvos_library target name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;HEADERS" ${ARGN})
+  add_library(${target} SHARED ${ARG_SOURCES})
+  add_library(Tarvos::${name} ALIAS ${target})
+  tarvos_library_properties(${target})
+  set_target_properties(${target} PROPERTIES
+    EXPORT_NAME ${name}
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR}
+    VERIFY_INTERFACE_HEADER_SETS ON
+    INTERFACE_HEADER_SETS_TO_VERIFY HEADERS)
+  tarvos_public_headers(${target} HEADERS ${ARG_HEADERS})
+  # Not for the libraries themselves: GCC drops a -iquote folder that is a system folder, too.
+  target_include_directories(${target} SYSTEM INTERFACE
+    $<BUILD_INTERFACE:$<$<NOT:$<BOOL:$<TARGET_PROPERTY:TARVOS_LIBRARY>>>:${PROJECT_SOURCE_DIR}>>)
+endfunction()
+
+# tarvos_public_headers(<target> <file set> <files>...): headers in the target's folder that users include.
+function(tarvos_public_headers target set)
+  set(include ${PROJECT_BINARY_DIR}/include)
+  file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+  list(TRANSFORM ARGN PREPEND ${include}/tarvos/${folder}/)
+  target_sources(${target} PUBLIC FILE_SET ${set} TYPE HEADERS BASE_DIRS ${include} FILES ${ARGN})
 endfunction()

@@ -1,12 +1,14 @@
 #include "core/Exception.h"
 
+#include "core/Report.h"
+
 #include <iostream>
 #include <utility>
 
 namespace tarvos::core {
 
 Exception::Exception(std::string msg) noexcept : mMsg(std::move(msg)) {
-    std::cerr << "Exception Msg: " << mMsg.c_str() << std::endl;
+    report(std::cerr, std::string("Exception Msg: ") + Exception::what() + "\n");
 }
 
 Exception::~Exception() = default;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Export.h"
+#include "Export.h"
 
 #include <exception>
 #include <string>
@@ -9,16 +9,10 @@ namespace tarvos::core {
 
 /// The library's exception, thrown by value by the operations of util::Filesystem.
 ///
-/// Building one reports it: "Exception Msg: ", the message and a newline go to standard error at once, so that an
-/// error is seen even if nobody prints it. Copies print nothing.
+/// Building one reports it: "Exception Msg: ", the message and a newline go to standard error at once and in one piece,
+/// so that an error is seen even if nobody prints it. Copies print nothing.
 ///
-/// @code
-/// try {
-///     tarvos::core::util::Filesystem::cp("track.csv", "backup.csv");
-/// } catch (const tarvos::core::Exception& error) {
-///     return 1;  // standard error tells already: "Exception Msg: Filesystem exception: cp(track.csv, ..."
-/// }
-/// @endcode
+/// @snippet services.cpp exception
 /// @ingroup foundation
 class TARVOS_CORE_EXPORT Exception : public std::exception {
 public:

@@ -1,18 +1,29 @@
 #include "core/SystemManager.h"
 
 #include "core/Contract.h"
+#include "core/Report.h"
 
 #include <GL/glew.h>
-// GLEW comes first: it replaces the header of OpenGL that GLUT includes.
-#include <GL/glut.h>
+// GLEW comes first: it replaces the header of OpenGL that the others include.
+#include <GL/freeglut.h>
+#include <GL/glx.h>
 
 #include <cstdlib>
 #include <initializer_list>
 #include <iostream>
+#include <string>
 
 namespace tarvos::core {
 
 namespace {
+
+void say(const std::string& line) {
+    report(std::cout, line + "\n");
+}
+
+std::string textOf(const GLubyte* text) {
+    return text != nullptr ? reinterpret_cast<const char*>(text) : "";
+}
 
 [[noreturn]] void endProcess() {
     std::exit(-1);
@@ -21,7 +32,7 @@ namespace {
 void requireSupport(std::initializer_list<const char*> extensions, const char* complaint) {
     for (const char* extension : extensions) {
         if (!glewIsSupported(extension)) {
-            std::cerr << complaint << std::endl;
+            report(std::cerr, std::string(complaint) + "\n");
             endProcess();
         }
     }
@@ -31,7 +42,7 @@ void requireSupport(std::initializer_list<const char*> extensions, const char* c
 void tellSupport(std::initializer_list<const char*> extensions) {
     for (const char* extension : extensions) {
         if (glewIsSupported(extension)) {
-            std::cout << extension << std::endl;
+            say(extension);
             return;
         }
     }
@@ -40,7 +51,7 @@ void tellSupport(std::initializer_list<const char*> extensions) {
 void tellLimit(const char* label, GLenum limit) {
     GLint value = 0;
     glGetIntegerv(limit, &value);
-    std::cout << label << value << std::endl;
+    say(label + std::to_string(value));
 }
 
 /// The limit of assembly programs; 0 where the driver has none and so lacks the entry point.
@@ -48,11 +59,11 @@ void tellProgramLimit(const char* label, GLenum limit) {
     GLint value = 0;
     if (glGetProgramivARB != nullptr)
         glGetProgramivARB(GL_FRAGMENT_PROGRAM_ARB, limit, &value);
-    std::cout << label << value << std::endl;
+    say(label + std::to_string(value));
 }
 
 void checkGpu() {
-    std::cout << "GPU Vendor: " << glGetString(GL_VENDOR) << std::endl;
+    say("GPU Vendor: " + textOf(glGetString(GL_VENDOR)));
     requireSupport(
         {"GL_ARB_fragment_shader", "GL_ARB_vertex_shader", "GL_ARB_shader_objects", "GL_ARB_shading_language_100"},
         "ERROR: GPU does not support required Shader capabilities.");
@@ -62,8 +73,8 @@ void checkGpu() {
 
     GLint size = 0;
     glGetIntegerv(GL_MAX_RECTANGLE_TEXTURE_SIZE_ARB, &size);
-    std::cout << "GL_TEXTURE_RECTANGLE_ARB\n";
-    std::cout << "GL_MAX_RECTANGLE_TEXTURE_SIZE_EXT: " << size << "x" << size << std::endl;
+    say("GL_TEXTURE_RECTANGLE_ARB\nGL_MAX_RECTANGLE_TEXTURE_SIZE_EXT: " + std::to_string(size) + "x" +
+        std::to_string(size));
     tellSupport({"GL_ARB_vertex_buffer_object"});
     tellSupport({"GL_EXT_geometry_shader4", "GL_NV_geometry_shader4"});
 
@@ -77,31 +88,47 @@ void checkGpu() {
     tellLimit("GL_MAX_FRAGMENT_UNIFORM_COMPONENTS: ", GL_MAX_FRAGMENT_UNIFORM_COMPONENTS);
 }
 
+/// Takes the current window off the screen now: GLUT would wait for its main loop.
+void unmapCurrentWindow() {
+    Display* display = glXGetCurrentDisplay();
+    XWithdrawWindow(display, glXGetCurrentDrawable(), DefaultScreen(display));
+    XSync(display, False);
+}
+
 }  // namespace
+
+SystemManager& SystemManager::instance() {
+    static SystemManager sm;
+    return sm;
+}
 
 void SystemManager::initOpenGLContext(int width, int height, int posX, int posY, const char* title,
                                       bool checkCapabilities) {
     TARVOS_REQUIRE((title != NULL) && "the window has no title");
     if (!mGlutInitialised) {
         mGlutInitialised = true;
-        int argc = 1;
-        char argument[] = "dummy argument";
-        char* argv[] = {argument, nullptr};
-        glutInit(&argc, argv);
+        if (glutGet(GLUT_INIT_STATE) == 0) {  // the application may have done it
+            int argc = 1;
+            char argument[] = "dummy argument";
+            char* argv[] = {argument, nullptr};
+            glutInit(&argc, argv);
+        }
         glutInitDisplayMode(GLUT_DOUBLE | GLUT_DEPTH);
         glutInitWindowPosition(posX, posY);
         glutInitWindowSize(width, height);
     }
     const int window = glutCreateWindow(title);
     glutSetWindow(window);
+    glutDisplayFunc([] {});  // the main loop of an application ends the process for a window without
     glutHideWindow();
+    unmapCurrentWindow();
 
     const GLenum result = glewInit();
     if (result != GLEW_OK) {
-        std::cout << "ERROR: GLScene::initOpenGLContext(): " << glewGetErrorString(result) << std::endl;
+        say("ERROR: GLScene::initOpenGLContext(): " + textOf(glewGetErrorString(result)));
         endProcess();
     }
-    std::cout << "Using GLEW version: " << glewGetString(GLEW_VERSION) << std::endl;
+    say("Using GLEW version: " + textOf(glewGetString(GLEW_VERSION)));
     if (checkCapabilities)
         checkGpu();
 }

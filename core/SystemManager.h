@@ -1,31 +1,27 @@
 #pragma once
 
-#include "core/Export.h"
+#include "Export.h"
 
 namespace tarvos::core {
 
 /// Gives the application an OpenGL context without showing a window, and checks what the GPU can do.
 ///
-/// The application decides whether and when. GLUT is initialised once in a process, by the first call; the context
-/// belongs to the thread that made it. An X display is needed: without one GLUT ends the process.
+/// The application decides whether and when. GLUT is initialised once in a process, by the first call unless the
+/// application has done it; the context belongs to the thread that made it. An X display is needed: without one GLUT
+/// ends the process. The application may run GLUT's main loop for windows of its own.
 ///
-/// @code
-/// tarvos::core::SystemManager::instance().initOpenGLContext(640, 480, 0, 0, "off screen", true);
-/// glewIsSupported("GL_ARB_compute_shader");  // the context is current
-/// @endcode
+/// @snippet graphics.cpp context
 /// @ingroup graphics
 class TARVOS_CORE_EXPORT SystemManager {
 public:
-    /// The one object of the process.
-    static SystemManager& instance() {
-        static SystemManager sm;
-        return sm;
-    }
+    /// The one object of the process, for the executable and all plugins.
+    static SystemManager& instance();
     SystemManager(const SystemManager&) = delete;
     SystemManager& operator=(const SystemManager&) = delete;
 
-    /// Creates a further hidden window with the title @p title, makes its context current and initialises GLEW,
-    /// telling GLEW's version on standard output. The window has @p width x @p height pixels and stands at (@p posX,
+    /// Creates a further hidden window (it is off the screen when this returns) with the title @p title, makes its
+    /// context current and initialises GLEW, telling GLEW's version on standard output. The window has @p width x @p
+    /// height pixels and stands at (@p posX,
     /// @p posY) on the screen; later calls use the first call's size and position. Windows are not destroyed.
     ///
     /// With @p checkCapabilities it prints the GPU's vendor, what it supports and its limits to standard output. When

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "math/Matrix.h"
+#include "Matrix.h"
 
 #include <Eigen/Core>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "math/Vector.h"
+#include "Vector.h"
 
 #include <algorithm>
 #include <array>
@@ -36,6 +36,15 @@ public:
     double* data() noexcept { return mElements.data(); }
     /// The N elements, to be read only.
     const double* data() const noexcept { return mElements.data(); }
+
+    /// The first element, for loops and algorithms.
+    double* begin() noexcept { return data(); }
+    /// Behind the last element.
+    double* end() noexcept { return data() + N; }
+    /// The first element, to be read only.
+    const double* begin() const noexcept { return data(); }
+    /// Behind the last element.
+    const double* end() const noexcept { return data() + N; }
 
     /// An independent Vector of the same elements.
     operator Vector() const {

@@ -8,54 +8,42 @@
 #include <ostream>
 #include <stdexcept>
 #include <string>
-#include <utility>
 
 namespace tarvos::math {
 
-Matrix::Matrix(unsigned int rows, unsigned int cols) : mRows(rows), mCols(cols) {
-    const auto count = std::uint64_t{rows} * cols;
-    if (count > std::numeric_limits<unsigned int>::max())
+/// Makes storage for more elements than fit inside, all zero.
+void Matrix::makeOutside() {
+    if (count() > std::numeric_limits<unsigned int>::max())
         throw std::bad_array_new_length();
-    mElements.resize(static_cast<std::size_t>(count), 0.0);
-}
-
-Matrix::Matrix(Matrix&& other) noexcept {
-    *this = std::move(other);
-}
-
-Matrix& Matrix::operator=(Matrix&& other) noexcept {
-    if (this != &other) {
-        mElements = std::move(other.mElements);
-        other.mElements.clear();
-        mRows = std::exchange(other.mRows, 0U);
-        mCols = std::exchange(other.mCols, 0U);
-    }
-    return *this;
-}
-
-Matrix::~Matrix() = default;
-
-unsigned int Matrix::dimension() const {
-    return static_cast<unsigned int>(mElements.size());
+    mOutside = std::make_unique<double[]>(count());
 }
 
 void Matrix::fill(double value) {
-    std::fill(mElements.begin(), mElements.end(), value);
+    std::fill(begin(), end(), value);
 }
 
-double& Matrix::operator()(unsigned int row, unsigned int col) {
-    return mElements[indexOf(row, col)];
+/// Copies elements that lie outside into new storage.
+void Matrix::copyOutside(const Matrix& other) {
+    std::unique_ptr<double[]> copies(new double[other.count()]);
+    std::copy(other.begin(), other.end(), copies.get());
+    mOutside = std::move(copies);
 }
 
-double Matrix::operator()(unsigned int row, unsigned int col) const {
-    return mElements[indexOf(row, col)];
+/// Assigns where elements lie outside on at least one side. Storage of the same size is kept.
+void Matrix::assignOutside(const Matrix& other) {
+    if (mOutside != nullptr && count() == other.count()) {
+        std::copy(other.begin(), other.end(), begin());
+    } else if (other.mOutside != nullptr) {
+        copyOutside(other);
+    } else {
+        mOutside.reset();
+        std::memcpy(mInside, other.mInside, sizeof mInside);
+    }
 }
 
-std::size_t Matrix::indexOf(unsigned int row, unsigned int col) const {
-    if (row >= mRows || col >= mCols)
-        throw std::out_of_range("no element (" + std::to_string(row) + ", " + std::to_string(col) + ") in a " +
-                                std::to_string(mRows) + "x" + std::to_string(mCols) + " matrix");
-    return std::size_t{row} * mCols + col;
+void Matrix::throwOutOfRange(unsigned int row, unsigned int col) const {
+    throw std::out_of_range("no element (" + std::to_string(row) + ", " + std::to_string(col) + ") in a " +
+                            std::to_string(mRows) + "x" + std::to_string(mCols) + " matrix");
 }
 
 std::ostream& operator<<(std::ostream& stream, const Matrix& matrix) {

@@ -1,14 +1,12 @@
 #pragma once
 
-#include "math/Matrix.h"
+#include "Matrix.h"
 
 namespace tarvos::math {
 
 /// An n x n matrix of doubles. A new one is zero; assignment takes the source's size.
 ///
-/// @code
-/// const SquareMatrix inverse = covariance.invert(Matrix::INVERSION_LU);
-/// @endcode
+/// @snippet math.cpp inverse
 /// @ingroup math
 class TARVOS_MATH_EXPORT SquareMatrix : public Matrix {
 public:
@@ -18,8 +16,9 @@ public:
     explicit SquareMatrix(unsigned int n) : Matrix(n, n) {}
 
     /// The inverse. Throws `std::domain_error`, naming the size, for a matrix that is singular to working precision
-    /// (a pivot below n times the machine epsilon times the largest pivot), holds a NaN, or was given another shape
-    /// through a `Matrix&`; `std::invalid_argument` for a method that is no enumerator.
+    /// (a pivot below n times the machine epsilon times the largest pivot), holds a NaN, has an inverse beyond the
+    /// largest double, or was given another shape through a `Matrix&`; `std::invalid_argument` for a method that is no
+    /// enumerator.
     SquareMatrix invert(const Matrix::InversionMethod& method) const;
 };
 

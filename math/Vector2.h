@@ -1,6 +1,6 @@
 #pragma once
 
-#include "math/FixedVector.h"
+#include "FixedVector.h"
 
 namespace tarvos::math {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Export.h"
+#include "../Export.h"
 
 /// Images and visual features: the data that trackers work on.
 namespace tarvos::core::cvdata {

@@ -1,16 +1,16 @@
 #include "core/cvdata/Image.h"
 
 #include "core/Contract.h"
-#include "core/cvdata/ImageLoader.h"
+#include "core/cvdata/ImageFile.h"
 
 #include <opencv2/core/core_c.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <iostream>
 #include <limits>
 #include <new>
+#include <tuple>
 #include <utility>
 
 namespace tarvos::core::cvdata {
@@ -43,20 +43,39 @@ const DepthCode* findDepth(Field DepthCode::*field, Field value) {
     return found == std::end(DEPTH_CODES) ? nullptr : found;
 }
 
-/// The fill is counted in channel values, not in bytes: rows of more than 8 bits a value need not end on a multiple
-/// of the alignment.
-std::int32_t alignedWidthStep(int width, int nofChannels, int bits, std::int32_t align) {
-    if (width < 0)
-        throw std::bad_array_new_length();
-    const std::int64_t values = std::int64_t{width} * nofChannels;
-    const std::int64_t fill = align > 0 ? (align - values % align) % align : 0;
-    const std::int64_t step = std::abs(bits) * values / 8 + fill;
-    if (step > MAX_INT)
-        throw std::bad_array_new_length();
-    return static_cast<std::int32_t>(step);
+/// How many bytes lie behind @p image's pixels at least. What fills up the last row does not count: in a view into a
+/// larger image it may lie outside the allocation.
+std::int64_t readableBytes(const IplImage& image) {
+    const std::int64_t row = std::int64_t{image.width} * image.nChannels * (image.depth & 0xFF) / 8;
+    return image.height > 0 ? (std::int64_t{image.height} - 1) * image.widthStep + row : 0;
 }
 
 }  // namespace
+
+bool Image::Description::operator==(const Description& other) const {
+    const auto fields = [](const Description& d) {
+        return std::tie(d.width, d.height, d.channels, d.nofChannels, d.bits, d.align, d.widthStep);
+    };
+    return fields(*this) == fields(other);
+}
+
+std::int64_t Image::Description::bytesPerRow() const {
+    return std::int64_t{width} * nofChannels * std::abs(bits) / 8;
+}
+
+/// The fill is counted in channel values, not in bytes: rows of more than 8 bits a value need not end on a multiple
+/// of the alignment.
+Image::Description Image::Description::laidOutByRule() const {
+    const std::int64_t values = std::int64_t{width} * nofChannels;
+    Description laidOut = *this;
+    laidOut.widthStep = bytesPerRow() + (align > 0 ? (align - values % align) % align : 0);
+    return laidOut;
+}
+
+/// Whether an OpenCV header can count the pixels.
+bool Image::Description::isPossible() const {
+    return width >= 0 && height >= 0 && widthStep >= 0 && widthStep <= MAX_INT && widthStep * height <= MAX_INT;
+}
 
 void Image::HeaderRelease::operator()(IplImage* header) const noexcept {
     cvReleaseImageHeader(&header);
@@ -66,35 +85,50 @@ Image::Image() noexcept : TimedData(REPR_IMAGE) {}
 
 Image::Image(int width, int height, ColorChannels channels, BitsPerChannel bits) : TimedData(REPR_IMAGE) {
     setChannels(channels);
-    mBitsPerChannel = bits;
+    mDescription.bits = bits;
     resizeMemory(width, height);
 }
 
-Image::Image(const IplImage* image) : TimedData(REPR_IMAGE), mChannels(CHANNELS_BGR) {
+Image::Image(const Description& description) : TimedData(REPR_IMAGE), mDescription(description) {
+    allocate();
+    updateOpencvHeader();
+}
+
+Image::Image(const IplImage* image) : TimedData(REPR_IMAGE) {
     TARVOS_REQUIRE((image != NULL) && "Image: there is no header to copy.");
     TARVOS_REQUIRE((image->nChannels == 1) || (image->nChannels == 3) || (image->nChannels == 4));
-    updateFromOpencvHeader(image);
-    copyPixelsOf(image);
+    TARVOS_REQUIRE((image->imageData != NULL) && "Image: the header has no pixels.");
+    copyFromHeader(image, readableBytes(*image));
 }
 
 Image::Image(std::string path) : TimedData(REPR_IMAGE) {
-    const cv::Mat loaded = loadColourImage(path);
-    if (loaded.empty()) {
-        std::cerr << "ERROR: Could not load image: " << path << std::endl;
-        return;
-    }
-    setChannels(CHANNELS_BGR);
-    resizeMemory(loaded.cols, loaded.rows);
-    copyRows(loaded.data, static_cast<std::int32_t>(loaded.step[0]));
+    const auto makeRows = [](void* loaded, int width, int height, imagefiles::Rows* rows) {
+        try {
+            auto& image = *static_cast<Image*>(loaded);
+            image = Image(width, height, CHANNELS_BGR, BITS_8U);
+            *rows = {image.mImageBuffer.get(), static_cast<std::size_t>(image.mDescription.widthStep)};
+            return imagefiles::Outcome::DONE;
+        } catch (const std::bad_array_new_length&) {
+            return imagefiles::Outcome::FAILED;  // larger than an image can be
+        } catch (const std::bad_alloc&) {
+            return imagefiles::Outcome::NO_MEMORY;
+        }
+    };
+    Image loaded;
+    if (readImageFile(path, makeRows, &loaded))
+        swapPixels(loaded);
 }
 
-Image::Image(const Image& image) : TimedData(REPR_IMAGE), mChannels(CHANNELS_BGR) {
+Image::Image(const Image& image) : TimedData(REPR_IMAGE) {
     TARVOS_REQUIRE(CV_IS_IMAGE(image.iplImage()) &&
                    "Source image doesn't exist, can't use the copy constructor 'cvdata::Image(const Image& image)'.");
     TARVOS_REQUIRE((image.iplImage()->nChannels == 1) || (image.iplImage()->nChannels == 3) ||
                    (image.iplImage()->nChannels == 4));
-    updateFromOpencvHeader(image.iplImage());
-    copyPixelsOf(image.iplImage());
+    const IplImage* header = image.iplImage();
+    const bool ownsPixels = header->imageData == reinterpret_cast<const char*>(image.mImageBuffer.get());
+    TARVOS_REQUIRE((!ownsPixels || readableBytes(*header) <= std::int64_t{image.mImageSize}) &&
+                   "Image: the source's description and its pixels are out of step.");
+    copyFromHeader(header, ownsPixels ? std::int64_t{image.mImageSize} : readableBytes(*header));
 }
 
 Image::Image(Image&& image) noexcept : TimedData(image) {
@@ -105,57 +139,61 @@ Image::~Image() = default;
 
 Image* Image::clone() const {
     TARVOS_REQUIRE((iplImage() != NULL) && "Image: an empty image cannot be cloned.");
-    return new Image(iplImage());
+    return new Image(*this);
 }
 
 Image& Image::operator=(const Image& image) {
     if (this == &image)
         return *this;
-    if (image.mImageBuffer == nullptr) {
-        Image empty;
-        swapPixels(empty);
+    if (image.empty()) {
+        Image nothing;
+        swapPixels(nothing);
         return *this;
     }
     TARVOS_REQUIRE(image.isInStep() && "Image: the source's description and its pixels are out of step.");
-
-    const bool sameGeometry = mAlign == image.mAlign && mBitsPerChannel == image.mBitsPerChannel &&
-                              mChannels == image.mChannels && mNofChannels == image.mNofChannels &&
-                              mWidth == image.mWidth && mHeight == image.mHeight;
-    const std::int32_t step = alignedWidthStep(image.mWidth, image.mNofChannels, image.mBitsPerChannel, image.mAlign);
-    // Equal geometry does not mean equal strides: a stride that came with an OpenCV header may be any.
-    if (!sameGeometry || mWidthStep != step || !isInStep()) {
-        Image resized;
-        resized.mChannels = image.mChannels;
-        resized.mNofChannels = image.mNofChannels;
-        resized.mBitsPerChannel = image.mBitsPerChannel;
-        resized.mAlign = image.mAlign;
-        resized.resizeMemory(image.mWidth, image.mHeight);
-        swapPixels(resized);
+    const Description wanted = image.mDescription.laidOutByRule();
+    if (!(mDescription == wanted && isInStep())) {
+        Image fresh(wanted);
+        swapPixels(fresh);
     }
-    copyRows(image.mImageBuffer.get(), image.mWidthStep);
+    copyRows(image.mImageBuffer.get(), image.mDescription.widthStep, std::int64_t{image.mImageSize});
     return *this;
 }
 
-Image& Image::operator=(Image&& image) noexcept {
+Image& Image::operator=(Image&& image) {  // NOLINT(performance-noexcept-move-constructor)
+    const Description wanted = image.mDescription.laidOutByRule();
+    const bool takesOver = image.isInStep() && image.mDescription == wanted && !(mDescription == wanted && isInStep());
+    if (this == &image || !takesOver)
+        return *this = static_cast<const Image&>(image);
     Image taken;
     taken.swapPixels(image);
     swapPixels(taken);
+    cvResetImageROI(mIplImage.get());
     return *this;
+}
+
+bool Image::save(std::string path) const {
+    const bool redFirst = mDescription.channels == CHANNELS_RGB || mDescription.channels == CHANNELS_RGBA;
+    if (mIplImage == nullptr)
+        return writeImageFile(path, nullptr, redFirst);
+    IplImage whole = *mIplImage;  // without the region of interest
+    whole.roi = nullptr;
+    return writeImageFile(path, &whole, redFirst);
 }
 
 void Image::setNofChannels(ColorChannels channels) {
     switch (channels) {
         case CHANNELS_GRAY:
-            mNofChannels = 1;
+            mDescription.nofChannels = 1;
             break;
         case CHANNELS_BGR:
         case CHANNELS_RGB:
         case CHANNELS_OTHER_3:
-            mNofChannels = 3;
+            mDescription.nofChannels = 3;
             break;
         case CHANNELS_RGBA:
         case CHANNELS_BGRA:
-            mNofChannels = 4;
+            mDescription.nofChannels = 4;
             break;
         default:
             // GCC's __PRETTY_FUNCTION__ would leave out the class of the nested enumeration.
@@ -166,24 +204,34 @@ void Image::setNofChannels(ColorChannels channels) {
 }
 
 void Image::setChannels(ColorChannels channels) {
-    mChannels = channels;
-    setNofChannels(mChannels);
+    mDescription.channels = channels;
+    setNofChannels(channels);
 }
 
 void Image::updateOpencvHeader() {
-    const DepthCode* depth = findDepth(&DepthCode::bits, mBitsPerChannel);
+    const DepthCode* depth = findDepth(&DepthCode::bits, mDescription.bits);
     if (depth == nullptr)
         TARVOS_REQUIRE(0 && "Image: This depth is not implemented!");
-    TARVOS_REQUIRE(fitsBuffer() && "Image: the description does not fit the buffer.");
-
-    if (mIplImage == nullptr) {
-        mIplImage.reset(cvCreateImageHeader(cvSize(mWidth, mHeight), depth->opencvDepth, mNofChannels));
-    } else {
-        cvResetImageROI(mIplImage.get());
-        cvInitImageHeader(mIplImage.get(), cvSize(mWidth, mHeight), depth->opencvDepth, mNofChannels, IPL_ORIGIN_TL,
-                          DEFAULT_ALIGN);
+    // Of a single row OpenCV describes the pixels, whatever the stride.
+    const std::int64_t reach =
+        mDescription.height == 1 ? mDescription.bytesPerRow() : mDescription.widthStep * mDescription.height;
+    TARVOS_REQUIRE((mDescription.isPossible() && reach <= std::int64_t{mImageSize}) &&
+                   "Image: the description does not fit the buffer.");
+    try {
+        IplImage header;  // made apart, so that an error leaves the image's own as it was
+        cvInitImageHeader(&header, cvSize(mDescription.width, mDescription.height), depth->opencvDepth,
+                          mDescription.nofChannels, IPL_ORIGIN_TL, DEFAULT_ALIGN);
+        cvSetData(&header, mImageBuffer.get(), static_cast<int>(mDescription.widthStep));
+        if (mIplImage == nullptr)
+            mIplImage.reset(cvCreateImageHeader(cvSize(0, 0), depth->opencvDepth, mDescription.nofChannels));
+        else
+            cvResetImageROI(mIplImage.get());
+        *mIplImage = header;
+    } catch (const cv::Exception& error) {
+        if (error.code == cv::Error::StsNoMem)
+            throw std::bad_alloc();
+        throw;
     }
-    cvSetData(mIplImage.get(), mImageBuffer.get(), mWidthStep);
 }
 
 void Image::updateFromOpencvHeader(const IplImage* image) {
@@ -192,103 +240,90 @@ void Image::updateFromOpencvHeader(const IplImage* image) {
     if (depth == nullptr)
         TARVOS_REQUIRE(0 && "Image: This depth is not implemented!");
 
-    mWidth = image->width;
-    mHeight = image->height;
+    ColorChannels channels = mDescription.channels;
     const char* sequence = image->channelSeq;
     if (image->nChannels == 1) {
-        mChannels = CHANNELS_GRAY;
+        channels = CHANNELS_GRAY;
     } else if (image->nChannels == 3) {
         if (sequence[0] == 'B' && sequence[1] == 'G')
-            mChannels = CHANNELS_BGR;
+            channels = CHANNELS_BGR;
         else if (sequence[0] == 'R')
-            mChannels = CHANNELS_RGB;
+            channels = CHANNELS_RGB;
     } else if (image->nChannels == 4) {
-        mChannels = sequence[0] == 'B' && sequence[1] == 'G' && sequence[2] == 'R' ? CHANNELS_BGRA : CHANNELS_RGBA;
+        channels = sequence[0] == 'B' && sequence[1] == 'G' && sequence[2] == 'R' ? CHANNELS_BGRA : CHANNELS_RGBA;
     }
-    setNofChannels(mChannels);
-    mBitsPerChannel = depth->bits;
-    mAlign = image->align;
-    mWidthStep = image->widthStep;
-    mBufferRows = mHeight;
+    setChannels(channels);
+    mDescription.width = image->width;
+    mDescription.height = image->height;
+    mDescription.bits = depth->bits;
+    mDescription.align = image->align;
+    mDescription.widthStep = image->widthStep;
 }
 
 void Image::resizeMemory(int width, int height) {
-    Image resized;
-    resized.mWidth = width;
-    resized.mHeight = height;
-    resized.mChannels = mChannels;
-    resized.mNofChannels = mNofChannels;
-    resized.mBitsPerChannel = mBitsPerChannel;
-    resized.mAlign = mAlign;
-    resized.mWidthStep = alignedWidthStep(width, mNofChannels, mBitsPerChannel, mAlign);
-    resized.allocate();
-    resized.updateOpencvHeader();
+    Description wanted = mDescription;
+    wanted.width = width;
+    wanted.height = height;
+    Image resized(wanted.laidOutByRule());
     swapPixels(resized);
 }
 
-/// Allocates the rows that the fields describe.
+/// Allocates the rows that the description lays out.
 void Image::allocate() {
-    const std::int64_t size = std::int64_t{mWidthStep} * mHeight;
-    if (mWidth < 0 || mHeight < 0 || size > MAX_INT)
+    if (!mDescription.isPossible())
         throw std::bad_array_new_length();
+    const std::int64_t size = mDescription.widthStep * mDescription.height;
     mImageBuffer.reset(new unsigned char[static_cast<std::size_t>(size)]);
     mImageSize = static_cast<std::uint32_t>(size);
-    mBufferRows = mHeight;
 }
 
-/// The second half of making an image from a header that the fields already describe.
-void Image::copyPixelsOf(const IplImage* image) {
-    TARVOS_REQUIRE((image->imageData != NULL) && "Image: the header has no pixels.");
+/// Makes this image, which is new, from a header with pixels, @p readable bytes of them.
+void Image::copyFromHeader(const IplImage* image, std::int64_t readable) {
+    mDescription.channels = CHANNELS_BGR;  // for a header that tells no known order
+    updateFromOpencvHeader(image);
     // OpenCV rejects a stride that is too short, except for an image of one row.
-    if (mWidthStep < bytesPerRow())
+    if (mDescription.isPossible() && mDescription.widthStep < mDescription.bytesPerRow())
         CV_Error(cv::Error::BadStep, "The row stride is shorter than a row");
     allocate();
-    copyRows(reinterpret_cast<const unsigned char*>(image->imageData), mWidthStep);
     updateOpencvHeader();
+    copyRows(reinterpret_cast<const unsigned char*>(image->imageData), mDescription.widthStep, readable);
 }
 
-/// Copies pixels and leaves alone, in source and target, what fills up the last row: in a view into a larger image
-/// those bytes may lie outside the allocation.
-void Image::copyRows(const unsigned char* source, std::int32_t sourceStep) {
-    if (mHeight == 0)
-        return;
-    const auto rowBytes = static_cast<std::size_t>(bytesPerRow());
-    if (sourceStep == mWidthStep) {
-        std::memcpy(mImageBuffer.get(), source, mImageSize - static_cast<std::size_t>(mWidthStep) + rowBytes);
+/// Copies the rows of an image of this one's size and depth: every byte of the buffer, @p readable ones, where the
+/// strides are the same. What then is left of this buffer becomes 0.
+void Image::copyRows(const unsigned char* source, std::int64_t sourceStep, std::int64_t readable) {
+    unsigned char* target = mImageBuffer.get();
+    if (sourceStep == mDescription.widthStep) {
+        const auto count = static_cast<std::size_t>(std::min(readable, std::int64_t{mImageSize}));
+        std::memcpy(target, source, count);
+        std::memset(target + count, 0, mImageSize - count);
         return;
     }
-    for (std::ptrdiff_t row = 0; row < mHeight; ++row)
-        std::memcpy(mImageBuffer.get() + row * mWidthStep, source + row * sourceStep, rowBytes);
+    const auto rowBytes = static_cast<std::size_t>(mDescription.bytesPerRow());
+    const auto fill = static_cast<std::size_t>(mDescription.widthStep) - rowBytes;
+    for (int row = 0; row < mDescription.height; ++row) {
+        std::memcpy(target, source, rowBytes);
+        std::memset(target + rowBytes, 0, fill);
+        source += sourceStep;
+        target += mDescription.widthStep;
+    }
 }
 
-std::int64_t Image::bytesPerRow() const {
-    return std::int64_t{mWidth} * mNofChannels * std::abs(mBitsPerChannel) / 8;
-}
-
-bool Image::fitsBuffer() const {
-    return bytesPerRow() <= mWidthStep && mHeight == mBufferRows &&
-           std::int64_t{mWidthStep} * mBufferRows == std::int64_t{mImageSize};
-}
-
-/// Whether the fields and the header describe the buffer.
+/// Whether the description and the header tell of the buffer.
 bool Image::isInStep() const {
-    const DepthCode* depth = findDepth(&DepthCode::bits, mBitsPerChannel);
+    const DepthCode* depth = findDepth(&DepthCode::bits, mDescription.bits);
     return mIplImage != nullptr && mIplImage->imageData == reinterpret_cast<const char*>(mImageBuffer.get()) &&
-           mIplImage->width == mWidth && mIplImage->height == mHeight && mIplImage->nChannels == mNofChannels &&
-           depth != nullptr && mIplImage->depth == depth->opencvDepth && fitsBuffer();
+           mIplImage->width == mDescription.width && mIplImage->height == mDescription.height &&
+           mIplImage->nChannels == mDescription.nofChannels && depth != nullptr &&
+           mIplImage->depth == depth->opencvDepth && mDescription.isPossible() &&
+           mDescription.bytesPerRow() <= mDescription.widthStep &&
+           mDescription.widthStep * mDescription.height <= std::int64_t{mImageSize};
 }
 
 void Image::swapPixels(Image& other) noexcept {
     std::swap(mImageSize, other.mImageSize);
     std::swap(mImageBuffer, other.mImageBuffer);
-    std::swap(mWidthStep, other.mWidthStep);
-    std::swap(mBufferRows, other.mBufferRows);
-    std::swap(mWidth, other.mWidth);
-    std::swap(mHeight, other.mHeight);
-    std::swap(mChannels, other.mChannels);
-    std::swap(mNofChannels, other.mNofChannels);
-    std::swap(mBitsPerChannel, other.mBitsPerChannel);
-    std::swap(mAlign, other.mAlign);
+    std::swap(mDescription, other.mDescription);
     if (mIplImage != nullptr && other.mIplImage != nullptr)
         std::swap(*mIplImage, *other.mIplImage);
     else

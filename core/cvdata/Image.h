@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/cvdata/TimedData.h"
+#include "TimedData.h"
 
 #include <opencv2/core/types_c.h>
 
@@ -12,10 +12,9 @@ namespace tarvos::core::cvdata {
 
 /// An image that owns its pixels and keeps an OpenCV header over them.
 ///
-/// OpenCV's C functions take iplImage() and work on the image's own pixels, in place;
-/// `cv::cvarrToMat(image.iplImage())` is a `cv::Mat` view of them for the C++ functions. imageBuffer() is the raw
-/// access. An image never adopts memory: building one from an OpenCV header, a file or another image copies the
-/// pixels.
+/// OpenCV's C functions take iplImage() and work on the image's own pixels, in place; `matView(image)` of MatView.h is
+/// a `cv::Mat` view of them for the C++ functions. imageBuffer() is the raw access. An image never adopts memory:
+/// building one from an OpenCV header, a file or another image copies the pixels.
 ///
 /// The pixels lie in one buffer, rows widthStep apart, the channel values of a pixel side by side. In an image made
 /// from a size a row is `width * channels * bytes per value` bytes, plus `(4 - width * channels mod 4) mod 4` bytes
@@ -24,19 +23,14 @@ namespace tarvos::core::cvdata {
 /// Class invariant: an image is empty (no buffer, no header, 0 x 0), or row stride x rows = bytes allocated and the
 /// header describes the buffer as the accessors do. Of the operations under "Maintenance", setChannels,
 /// setNofChannels and updateFromOpencvHeader change the description alone; call resizeMemory or updateOpencvHeader
-/// next. Until then assigning from the image stops the process, and no operation leaves the buffer.
+/// next (which may describe less than the buffer). Until then assigning from the image stops the process, and no
+/// operation leaves the buffer.
 ///
 /// Sizes that no image can have (a negative width or height, or more than 2^31 - 1 bytes, the most an OpenCV header
-/// counts) throw `std::bad_alloc` or a class derived from it. When an operation throws, its target is as it was.
+/// counts) and a lack of memory, OpenCV's included, throw `std::bad_alloc` or a class derived from it. When an
+/// operation throws, its target is as it was.
 ///
-/// @code
-/// Image image("hand.png");
-/// if (image.imageBuffer() == nullptr)
-///     return 1;                                          // standard error tells why
-/// cvNot(image.iplImage(), image.iplImage());             // OpenCV, C
-/// cv::Mat view = cv::cvarrToMat(image.iplImage());       // OpenCV, C++; nothing is copied
-/// image.imageBuffer()[0] = 255;                          // the first pixel's blue, in all three
-/// @endcode
+/// @snippet image.cpp image
 /// @ingroup images
 class TARVOS_CORE_EXPORT Image : public TimedData {
 public:
@@ -67,20 +61,22 @@ public:
     /// bits is no enumerator.
     Image(int width, int height, ColorChannels channels, BitsPerChannel bits);
     /// A copy of the pixels that @p image describes, with its stride and alignment. Region of interest and origin are
-    /// not looked at. Three channels in an order other than "BGR" or "R.." are taken as CHANNELS_BGR. Only pixels are
-    /// read, not the bytes that fill up the last row, so the header may be a view into a larger image.
+    /// not looked at. Three channels in an order other than "BGR" or "R.." are taken as CHANNELS_BGR. What fills up the
+    /// last row is not read, so that the header may be a view into a larger image; it is 0 here.
     ///
     /// Stops the process when @p image or its data is null, or it has not 1, 3 or 4 channels or a depth outside
     /// BitsPerChannel. Throws `cv::Exception` for a stride shorter than a row.
     explicit Image(const IplImage* image);
-    /// The image in the file at @p path, as OpenCV's imread decodes it to 8-bit CHANNELS_BGR, without regard to an EXIF
+    /// The image in the file at @p path, as OpenCV decodes it to 8-bit CHANNELS_BGR, without regard to an EXIF
     /// orientation. When that fails for whatever reason, the image is empty and "ERROR: Could not load image: " and the
-    /// path are written to standard error. What the decoder itself says there about a file that fails is dropped: the
-    /// process's standard error is held back while the file is decoded.
+    /// path are written to standard error; for a damaged image, the decoder's own words may stand before that line.
+    /// Only regular files are opened. Throws nothing but `std::bad_alloc`.
+    ///
+    /// The first image loaded or saved brings in the libraries behind OpenCV's codecs, some 50 ms once in a process.
     explicit Image(std::string path);
-    /// A copy of the pixels of @p image, described by its OpenCV header: the layout is what the header's channel
-    /// sequence says (OpenCV knows "BGR" and "BGRA", so CHANNELS_RGB becomes CHANNELS_BGR), the time stamp is 0.
-    /// Stops the process when @p image is empty.
+    /// A copy of the pixels of @p image and of what fills up its rows, described by its OpenCV header: the layout is
+    /// what the header's channel sequence says (OpenCV knows "BGR" and "BGRA", so CHANNELS_RGB becomes CHANNELS_BGR),
+    /// the alignment 4 or 8 as OpenCV found fit, the time stamp 0. Stops the process when @p image is empty.
     Image(const Image& image);
     /// The image @p image was, its time stamp, buffer and header included; @p image becomes empty.
     Image(Image&& image) noexcept;
@@ -91,28 +87,44 @@ public:
     virtual Image* clone() const;
 
     /// Channels of a pixel: 1, 3 or 4.
-    virtual int nofChannels() const { return mNofChannels; }
+    virtual int nofChannels() const { return mDescription.nofChannels; }
 
-    /// Copies pixels, size, layout, depth and alignment; the time stamp stays. The buffer is kept when the geometry
-    /// is the same and a new one would be as large, so that frames of one size are copied without an allocation. The
-    /// stride becomes that of an image made from a size. Assigning an empty image makes this one empty.
+    /// Copies pixels, size, layout, depth and alignment; the time stamp stays. The buffer, its address and the header
+    /// with its region of interest are kept when the geometry is the same and a new buffer would be as large, so that
+    /// frames of one size are copied without an allocation. The stride becomes that of an image made from a size; when
+    /// it is the source's, every byte is copied, otherwise what fills up the rows is 0. Assigning an empty image makes
+    /// this one empty.
     Image& operator=(const Image& image);
-    /// Takes over the pixels, which @p image then lacks: it becomes empty. The time stamp stays, as in a copy.
-    Image& operator=(Image&& image) noexcept;
+    /// The same, so that pointers taken from before hold where they would hold after a copy. Where a copy would need a
+    /// new buffer, that of @p image is taken over, which becomes empty; otherwise @p image stays as it is.
+    Image& operator=(Image&& image);  // NOLINT(performance-noexcept-move-constructor): it may need a new buffer
 
+    /// Whether there are neither buffer nor header: after the default constructor, a file that could not be loaded, or
+    /// when the pixels were taken over.
+    bool empty() const noexcept { return mImageBuffer == nullptr; }
     /// Width in pixels.
-    int width() const noexcept { return mWidth; }
+    int width() const noexcept { return mDescription.width; }
     /// Height in pixels.
-    int height() const noexcept { return mHeight; }
+    int height() const noexcept { return mDescription.height; }
     /// Layout of the channels.
-    ColorChannels channels() const noexcept { return mChannels; }
+    ColorChannels channels() const noexcept { return mDescription.channels; }
     /// Depth of a channel.
-    BitsPerChannel bitsPerChannel() const noexcept { return mBitsPerChannel; }
-    /// The first pixel of the first row; null in an empty image. Changes only where the image is given another size.
+    BitsPerChannel bitsPerChannel() const noexcept { return mDescription.bits; }
+    /// The first pixel of the first row; null in an empty image. Changes only where the image is given another
+    /// geometry.
     unsigned char* imageBuffer() const noexcept { return mImageBuffer.get(); }
     /// The OpenCV header over the buffer, owned by the image; null in an empty image. Its row stride is `widthStep`:
     /// for an image of one row, OpenCV states the row without its fill.
     IplImage* iplImage() const noexcept { return mIplImage.get(); }
+
+    /// Writes the image to the file at @p path in the format of the path's ending (".png", ".jpg", ".bmp", ".tiff",
+    /// ".webp", ".ppm" and whatever else OpenCV encodes in memory), red and blue in their places whatever the layout. A
+    /// depth that the format lacks is converted to 8 bits, as OpenCV does. The file is written whole or not at all: it
+    /// replaces a regular file or a link of that name only when it is complete.
+    ///
+    /// False, with "ERROR: Could not save image: " and the path on standard error, when that cannot be done: an empty
+    /// image, an ending that says nothing, a full disk. Throws nothing but `std::bad_alloc`.
+    bool save(std::string path) const;
 
     /// @name Maintenance
     /// @{
@@ -122,8 +134,9 @@ public:
     void setNofChannels(ColorChannels channels);
     /// Sets the layout and the number of channels, for instance after a conversion in place from BGR to RGB.
     void setChannels(ColorChannels channels);
-    /// Makes the header describe the buffer as the fields do, without a region of interest. Stops the process when
-    /// the fields describe more or less than the buffer.
+    /// Makes the header describe the buffer as the fields do, without a region of interest. Stops the process when that
+    /// would reach outside the buffer or a size is negative. A stride that OpenCV rejects, being shorter than a row, is
+    /// its `cv::Exception`, and the header is as it was.
     void updateOpencvHeader();
     /// Takes size, layout, depth, alignment and stride from @p image, but no pixels. An unknown channel order or
     /// count leaves the layout as it was. Stops the process when @p image is null or its depth is outside
@@ -135,27 +148,34 @@ public:
     /// @}
 
 private:
+    /// How the pixels lie.
+    struct Description {
+        int width = 0;
+        int height = 0;
+        ColorChannels channels = CHANNELS_RGB;
+        std::int32_t nofChannels = 3;
+        BitsPerChannel bits = BITS_8U;
+        std::int32_t align = 4;
+        std::int64_t widthStep = 0;
+
+        bool operator==(const Description& other) const;
+        std::int64_t bytesPerRow() const;
+        Description laidOutByRule() const;
+        bool isPossible() const;
+    };
     struct HeaderRelease {
         void operator()(IplImage* header) const noexcept;
     };
 
     std::uint32_t mImageSize = 0;
     std::unique_ptr<unsigned char[]> mImageBuffer;
-    std::int32_t mWidthStep = 0;
-    std::int32_t mBufferRows = 0;
-    int mWidth = 0;
-    int mHeight = 0;
-    ColorChannels mChannels = CHANNELS_RGB;
-    std::int32_t mNofChannels = 3;
-    BitsPerChannel mBitsPerChannel = BITS_8U;
-    std::int32_t mAlign = 4;
+    Description mDescription;
     std::unique_ptr<IplImage, HeaderRelease> mIplImage;
 
+    explicit Image(const Description& description);
     void allocate();
-    void copyPixelsOf(const IplImage* image);
-    void copyRows(const unsigned char* source, std::int32_t sourceStep);
-    std::int64_t bytesPerRow() const;
-    bool fitsBuffer() const;
+    void copyFromHeader(const IplImage* image, std::int64_t readable);
+    void copyRows(const unsigned char* source, std::int64_t sourceStep, std::int64_t readable);
     bool isInStep() const;
 
 protected:

@@ -4,8 +4,10 @@
 
 #include <opencv2/core/core_c.h>
 
+#include <cstddef>
 #include <limits>
 #include <new>
+#include <utility>
 
 namespace tarvos::core::cvdata {
 
@@ -17,17 +19,6 @@ int extent(std::size_t cells, std::size_t cellExtent) {
         throw std::bad_array_new_length();
     return static_cast<int>(cells * cellExtent);
 }
-
-class RegionOfInterest {
-public:
-    RegionOfInterest(IplImage* header, CvRect region) : mHeader(header) { cvSetImageROI(mHeader, region); }
-    ~RegionOfInterest() { cvResetImageROI(mHeader); }
-    RegionOfInterest(const RegionOfInterest&) = delete;
-    RegionOfInterest& operator=(const RegionOfInterest&) = delete;
-
-private:
-    IplImage* mHeader;
-};
 
 }  // namespace
 
@@ -41,17 +32,28 @@ TiledImage::TiledImage(std::size_t rows, std::size_t cols, std::size_t cellWidth
 
 TiledImage::TiledImage(const TiledImage& image) = default;
 
+TiledImage::TiledImage(TiledImage&& image) noexcept
+    : Image(std::move(image)),
+      mRows(std::exchange(image.mRows, 0)),
+      mCols(std::exchange(image.mCols, 0)),
+      mCellWidth(std::exchange(image.mCellWidth, 0)),
+      mCellHeight(std::exchange(image.mCellHeight, 0)) {}
+
 TiledImage::~TiledImage() = default;
 
 TiledImage& TiledImage::operator=(const TiledImage& image) {
+    return this == &image ? *this : *this = TiledImage(image);
+}
+
+TiledImage& TiledImage::operator=(TiledImage&& image) noexcept {
     if (this == &image)
         return *this;
-    Image pixels(image.iplImage());
-    swapPixels(pixels);
-    mRows = image.mRows;
-    mCols = image.mCols;
-    mCellWidth = image.mCellWidth;
-    mCellHeight = image.mCellHeight;
+    TiledImage taken(std::move(image));
+    swapPixels(taken);
+    mRows = taken.mRows;
+    mCols = taken.mCols;
+    mCellWidth = taken.mCellWidth;
+    mCellHeight = taken.mCellHeight;
     return *this;
 }
 
@@ -66,10 +68,15 @@ void TiledImage::setCellImage(size_t cellRow, size_t cellCol, Image* img) {
     if (mCellWidth == 0 || mCellHeight == 0)
         return;
 
-    const RegionOfInterest cell(iplImage(),
-                                cvRect(static_cast<int>(mCellWidth * cellCol), static_cast<int>(mCellHeight * cellRow),
-                                       static_cast<int>(mCellWidth), static_cast<int>(mCellHeight)));
-    cvCopy(img->iplImage(), iplImage());
+    // A header over the cell alone: the pixels that a region of interest would name.
+    if (iplImage()->roi != nullptr)
+        cvResetImageROI(iplImage());
+    IplImage cell = *iplImage();
+    cell.width = static_cast<int>(mCellWidth);
+    cell.height = static_cast<int>(mCellHeight);
+    cell.imageData += static_cast<std::ptrdiff_t>(mCellHeight * cellRow) * cell.widthStep +
+                      static_cast<std::ptrdiff_t>(mCellWidth * cellCol) * cell.nChannels * (cell.depth & 0xFF) / 8;
+    cvCopy(img->iplImage(), &cell);
 }
 
 }  // namespace tarvos::core::cvdata

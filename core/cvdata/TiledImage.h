@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/cvdata/Image.h"
+#include "Image.h"
 
 #include <cstddef>
 
@@ -8,18 +8,13 @@ namespace tarvos::core::cvdata {
 
 /// A mosaic: an image laid out as a grid of equally large cells, into which images of exactly that size are copied.
 ///
-/// It is handed on as one Image; clone() gives a plain Image of the mosaic's pixels. Moving copies: a mosaic always
-/// has its grid.
+/// It is handed on as one Image; clone() gives a plain Image of the mosaic's pixels. A mosaic that was moved from is
+/// empty, without cells.
 ///
 /// Class invariant: width() = columns x cell width and height() = rows x cell height. Through an `Image&` it can be
 /// broken; setCellImage then stops the process.
 ///
-/// @code
-/// TiledImage mosaic(4, 4, 160, 120, Image::CHANNELS_BGR, Image::BITS_8U);
-/// for (std::size_t i = 0; i < 16; ++i)
-///     mosaic.setCellImage(i / 4, i % 4, &frames[i]);     // each 160 x 120, 8-bit BGR
-/// cv::imwrite("mosaic.png", cv::cvarrToMat(mosaic.iplImage()));
-/// @endcode
+/// @snippet image.cpp mosaic
 /// @ingroup images
 class TARVOS_CORE_EXPORT TiledImage : public Image {
 public:
@@ -28,11 +23,15 @@ public:
                Image::ColorChannels channels, Image::BitsPerChannel bits);
     /// A copy of grid and pixels; see `Image(const Image&)`.
     TiledImage(const TiledImage& image);
+    /// The mosaic @p image was; @p image becomes empty.
+    TiledImage(TiledImage&& image) noexcept;
     ~TiledImage() override;
 
     /// Copies grid, pixels, stride and alignment into a new buffer; the time stamp stays. Stops the process when @p
-    /// image was emptied through an `Image&`.
+    /// image is empty.
     TiledImage& operator=(const TiledImage& image);
+    /// Takes grid and buffer over, unless @p image is this mosaic; it becomes empty. The time stamp stays.
+    TiledImage& operator=(TiledImage&& image) noexcept;
 
     /// Copies @p img, which the caller keeps, into the cell at (@p cellRow, @p cellCol), counted from 0. Afterwards
     /// the mosaic's header has no region of interest.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/cvdata/CvData.h"
+#include "CvData.h"
 
 namespace tarvos::core::cvdata {
 

@@ -1,5 +1,7 @@
 #include "core/parser/CmdLineParser.h"
 
+#include "core/Report.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <iomanip>
@@ -51,11 +53,14 @@ void CmdLineParser::addFlag(std::string name, std::string description) {
 }
 
 void CmdLineParser::parse() {
+    mUnknownWords.clear();
     for (int i = 0; i < mArgc; ++i) {
         const std::string word = mArgv[i];
         if (word.empty() || word.front() != '-')
             continue;
         const std::string name = word.substr(1);
+        if (find(name) == nullptr)
+            mUnknownWords.push_back(word);
         for (t_arg& flag : mFlags) {
             if (flag.name == name) {
                 flag.value = "1";
@@ -66,8 +71,7 @@ void CmdLineParser::parse() {
             if (option.name != name)
                 continue;
             if (i + 1 >= mArgc) {
-                std::cerr << "Warning: Option \"" << option.name << "\" requires an argument!! Value unchanged!!"
-                          << std::endl;
+                report(std::cerr, "Warning: Option \"" + option.name + "\" requires an argument!! Value unchanged!!\n");
                 endProcess();
             }
             option.value = mArgv[++i];
@@ -82,7 +86,7 @@ void CmdLineParser::parse() {
     const auto missing = std::find_if(mOptions.begin(), mOptions.end(),
                                       [](const t_arg& option) { return option.mandatory && !option.setOnCommandLine; });
     if (missing != mOptions.end()) {
-        std::cerr << "Warning: Option \"" << missing->name << "\" must be set!!" << std::endl;
+        report(std::cerr, "Warning: Option \"" + missing->name + "\" must be set!!\n");
         printUsage("");
         endProcess();
     }
@@ -110,6 +114,10 @@ bool CmdLineParser::isSet(std::string name) const {
     return record != nullptr && record->setOnCommandLine;
 }
 
+const std::vector<std::string>& CmdLineParser::unknownWords() const {
+    return mUnknownWords;
+}
+
 void CmdLineParser::printUsage(std::string extra) const {
     // Built in a stream of its own, so that std::cerr keeps its formatting.
     std::ostringstream table;
@@ -131,7 +139,7 @@ void CmdLineParser::printUsage(std::string extra) const {
     table << "\n(+): mandatory argument\n(*): argument was set on commandline\n\n";
     if (!extra.empty())
         table << extra << '\n';
-    std::cerr << table.str() << std::flush;
+    report(std::cerr, table.str());
 }
 
 const CmdLineParser::t_arg* CmdLineParser::find(const std::string& name) const {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Export.h"
+#include "../Export.h"
 
 #include <locale>
 #include <sstream>
@@ -12,17 +12,10 @@ namespace tarvos::core::parser {
 /// A small command-line front end: words beginning with one "-" name flags, which are on or off, and options, which
 /// take the next word as their value.
 ///
-/// @code
-/// CmdLineParser parser(argc, argv);
-/// parser.setAppDescription("Face tracking demo");
-/// parser.addFlag("mirror", "mirror the picture");
-/// parser.addOption("frames", "number of frames", "100", false);
-/// parser.parse();
-/// const int frames = parser.getValueInt("frames");
-/// @endcode
+/// @snippet services.cpp parser
 ///
-/// The flag "help" is always there. Words that name nothing are ignored. A name registered twice makes two records:
-/// parse() serves both, the readers find the first, flags before options.
+/// The flag "help" is always there. Words that name nothing are ignored; unknownWords() has those that began with "-".
+/// A name registered twice makes two records: parse() serves both, the readers find the first, flags before options.
 /// @ingroup utilities
 class TARVOS_CORE_EXPORT CmdLineParser {
 public:
@@ -66,6 +59,10 @@ public:
     /// Whether the name was given on the command line.
     bool isSet(std::string name) const;
 
+    /// The words, in order, that began with "-" when parse() ran and named neither a flag nor an option, for an
+    /// application that wants to reject them.
+    const std::vector<std::string>& unknownWords() const;
+
     /// Writes the usage table to standard error, then @p extra on a line of its own unless it is empty.
     void printUsage(std::string extra) const;
 
@@ -75,6 +72,7 @@ private:
     char** mArgv;
     int mArgc;
     std::string mAppDescription;
+    std::vector<std::string> mUnknownWords;
 
     const t_arg* find(const std::string& name) const;
 };

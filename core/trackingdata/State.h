@@ -1,9 +1,10 @@
 #pragma once
 
-#include "core/cvdata/pose/Pose.h"
-#include "core/trackingdata/TrackingData.h"
-#include "math/Vector.h"
+#include "../../math/Vector.h"
+#include "../cvdata/pose/Pose.h"
+#include "TrackingData.h"
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -27,20 +28,13 @@ namespace tarvos::core {
 /// Class invariant: there is a pose, and every block has poseDoF() elements. The number of blocks and the pose object
 /// stay the same for life. Moving copies, since a state always has a pose.
 ///
-/// @code
-/// BoxPose pose;                                          // centre, width and height: D = F = 4
-/// State target(pose, 2);                                 // with velocity
-/// Vector packed(target.stateIncDimension());             // 8 elements: box | velocity
-/// target.getStateIncData(packed, -1);
-/// packed[4] = 12.5;                                      // pixels a second to the right
-/// target.setIncDataFromVector(packed, -1);
-/// @endcode
+/// @snippet tracking.cpp state
 /// @ingroup tracking
 class TARVOS_CORE_EXPORT State : public TrackingData {
 public:
     /// A state on a clone of @p pose with @p maxOrder - 1 blocks (none when it is 1 or less), reset to initial
     /// values, at time stamp 0.
-    State(cvdata::Pose& pose, int maxOrder);
+    State(const cvdata::Pose& pose, int maxOrder);
     /// A deep copy, time stamp included.
     State(const State& other);
     ~State() override;
@@ -90,11 +84,78 @@ protected:
 
 private:
     std::unique_ptr<cvdata::Pose> mPose;
-    std::vector<std::unique_ptr<math::Vector>> mDerivatives;  ///< block 1 first
+    std::vector<math::Vector> mDerivatives;  ///< block 1 first
 
     int derivativesDimension() const { return static_cast<int>(mDerivatives.size()) * poseDoF(); }
-    void setBlocksFrom(const double* values);
-    void getBlocksInto(double* values) const;
+    const math::Vector& blockOf(int order, const char* function) const;
+    math::Vector& blockOf(int order, const char* function);
+    void requireIncSize(const math::Vector& stateIncData, int order, const char* function) const;
+    void pack(const math::Vector& posePart, math::Vector& packed) const;
+    void unpackBlocks(const double* values);
 };
+
+// In line, since trackers read and write states more often than anything else.
+
+inline void State::getStateIncData(math::Vector& stateIncData, int order) const {
+    requireIncSize(stateIncData, order, __extension__ __PRETTY_FUNCTION__);
+    if (order == -1)
+        pack(mPose->currentIncData(), stateIncData);
+    else
+        stateIncData = order == 0 ? mPose->currentIncData() : blockOf(order, __extension__ __PRETTY_FUNCTION__);
+}
+
+inline void State::setIncDataFromVector(const math::Vector& stateIncData, int order) {
+    requireIncSize(stateIncData, order, __extension__ __PRETTY_FUNCTION__);
+    if (order == 0 || (order == -1 && mDerivatives.empty())) {
+        mPose->setIncData(stateIncData);
+    } else if (order == -1) {
+        mPose->setIncData(math::Vector::of(stateIncData.data(), static_cast<unsigned int>(poseDoF())));
+        unpackBlocks(stateIncData.data() + poseDoF());
+    } else {
+        blockOf(order, __extension__ __PRETTY_FUNCTION__) = stateIncData;
+    }
+}
+
+/// Derivative block @p order, of which @p function needs to be sure.
+inline const math::Vector& State::blockOf(int order, const char* function) const {
+    TARVOS_REQUIRE_AT("core/trackingdata/State.h", function,
+                      (order <= getMaxOrder()) && "ERROR: too high AR order for this state!");
+    TARVOS_REQUIRE_UNSIGNED_AT("core/trackingdata/State.h", function, mDerivatives.size() >= order);
+    return mDerivatives[static_cast<std::size_t>(order) - 1];
+}
+
+inline math::Vector& State::blockOf(int order, const char* function) {
+    return const_cast<math::Vector&>(static_cast<const State&>(*this).blockOf(order, function));
+}
+
+/// Requires the size that the incremental form has at @p order, for @p function.
+inline void State::requireIncSize(const math::Vector& stateIncData, int order, const char* function) const {
+    if (order == -1) {
+        const auto sdim = static_cast<unsigned int>(stateIncDimension());
+        TARVOS_REQUIRE_AT("core/trackingdata/State.h", function,
+                          (sdim == stateIncData.dimension()) &&
+                              "ERROR: incremental state dimension does not match the input vector!");
+    } else {
+        const auto pdim = static_cast<unsigned int>(poseDoF());
+        TARVOS_REQUIRE_AT("core/trackingdata/State.h", function,
+                          (pdim == stateIncData.dimension()) &&
+                              "ERROR: incremental state dimension does not match the input vector!");
+    }
+}
+
+/// Writes the pose's part and all blocks one after the other.
+inline void State::pack(const math::Vector& posePart, math::Vector& packed) const {
+    double* next = std::copy(posePart.begin(), posePart.end(), packed.data());
+    for (const math::Vector& block : mDerivatives)
+        next = std::copy(block.begin(), block.end(), next);
+}
+
+/// Fills all blocks from @p values, block after block.
+inline void State::unpackBlocks(const double* values) {
+    for (math::Vector& block : mDerivatives) {
+        std::copy_n(values, block.dimension(), block.data());
+        values += block.dimension();
+    }
+}
 
 }  // namespace tarvos::core

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Export.h"
+#include "../Export.h"
 
 namespace tarvos::core {
 

@@ -1,5 +1,6 @@
 #include "core/util/Resources.h"
 
+#include "core/Report.h"
 #include "core/util/Filesystem.h"
 
 #include <cstdlib>
@@ -12,6 +13,10 @@ namespace tarvos::core::util {
 namespace {
 
 constexpr const char* MARKER = "DATA_DIR_ID.txt";
+
+void say(const std::string& line) {
+    report(std::cerr, line + "\n");
+}
 
 /// The directories to look at, in order.
 std::vector<std::string> dataDirCandidates() {
@@ -39,17 +44,17 @@ std::string searchDataDir() {
 
 Resources::Resources(std::string dataDirPath, std::string appName)
     : mDataDirPath(std::move(dataDirPath)), mAppName(std::move(appName)) {
-    std::cerr << "Searching for data dir..." << std::endl;
+    say("Searching for data dir...");
     if (!mDataDirPath.empty()) {
-        std::cerr << "Using given default data dir location:" << mDataDirPath << std::endl;
+        say("Using given default data dir location:" + mDataDirPath);
         return;
     }
     mDataDirPath = searchDataDir();
     if (mDataDirPath.empty()) {
-        std::cerr << "Data directory not found!" << std::endl;
+        say("Data directory not found!");
         return;
     }
-    std::cerr << "Data directory found at: " << mDataDirPath << std::endl;
+    say("Data directory found at: " + mDataDirPath);
     enterAppDir();
 }
 
@@ -68,7 +73,7 @@ void Resources::enterAppDir() {
     for (const std::string& candidate : {mDataDirPath + "tutorials/" + mAppName, mDataDirPath + mAppName}) {
         if (Filesystem::exists(candidate)) {
             mDataDirPath = candidate;
-            std::cerr << "Found " << mAppName << " specific data directory at : " << candidate << std::endl;
+            say("Found " + mAppName + " specific data directory at : " + candidate);
             return;
         }
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Export.h"
+#include "../Export.h"
 
 #include <string>
 
@@ -15,12 +15,10 @@ namespace tarvos::core::util {
 ///
 /// The path is kept as it was found, relative to the current directory of that time or absolute.
 ///
-/// @code
-/// const Resources resources("", "skin_tracker");
-/// const std::string video = resources.findFile("hand.mp4");
-/// if (video.empty())
-///     return 1;  // neither here nor in the data directory
-/// @endcode
+/// To make one: a directory "data" with an empty file "DATA_DIR_ID.txt" in it, and `TARVOSDATADIR` set to the directory
+/// *above* "data".
+///
+/// @snippet services.cpp resources
 /// @ingroup utilities
 class TARVOS_CORE_EXPORT Resources {
 public:

@@ -1,10 +1,11 @@
-#include "core/cvdata/Image.h"
-#include "core/cvdata/features/ColorGMM.h"
-#include "core/cvdata/pose/Pose.h"
-#include "core/trackingdata/State.h"
+/// @file
+/// The program of the guide "Your first tracker".
 
-#include <opencv2/core/core_c.h>
 #include <opencv2/imgproc.hpp>
+#include <tarvos/core/cvdata/MatView.h>
+#include <tarvos/core/cvdata/features/ColorGMM.h>
+#include <tarvos/core/cvdata/pose/VectorPose.h>
+#include <tarvos/core/trackingdata/State.h>
 
 #include <cmath>
 #include <iostream>
@@ -13,22 +14,8 @@ using tarvos::core::State;
 using tarvos::core::cvdata::ColorGMM;
 using tarvos::core::cvdata::GM;
 using tarvos::core::cvdata::Image;
-using tarvos::core::cvdata::Pose;
+using tarvos::core::cvdata::VectorPose;
 using tarvos::math::Vector;
-
-/// Where the hand is: x and y in pixels.
-class PointPose : public Pose {
-public:
-    PointPose() : Pose(2, 2) {}
-    PointPose* clone() const override { return new PointPose(*this); }
-    void setData(const Vector& data) override { *mData = *mIncData = data; }
-    void setIncData(const Vector& incData) override { setData(incData); }
-    void resetData() override { setData(Vector(2)); }
-    void resetIncData() override { setData(Vector(2)); }
-    void updateData() override {}
-    void updateIncData() override {}
-    using Pose::operator=;
-};
 
 /// The density of the skin model at one colour.
 double likelihood(const ColorGMM& skin, double hue, double saturation) {
@@ -48,7 +35,7 @@ double likelihood(const ColorGMM& skin, double hue, double saturation) {
 /// Paints the skin in the image green and returns how many pixels that were and, in centre, where
 /// their middle is.
 int markSkin(Image& image, const ColorGMM& skin, Vector& centre) {
-    cv::Mat pixels = cv::cvarrToMat(image.iplImage());  // a view: nothing is copied
+    cv::Mat pixels = matView(image);  // a view: nothing is copied
     cv::Mat hsv;
     cv::cvtColor(pixels, hsv, cv::COLOR_RGB2HSV);  // red and blue exchanged, as the model wants it
     int count = 0;
@@ -73,12 +60,11 @@ int main(int argc, char** argv) {
     ColorGMM skin(2, 2);
     skin.initSkinDistribution();
 
-    PointPose pose;
-    State hand(pose, 2);  // place and velocity
+    State hand(VectorPose(2), 2);  // place (x and y in pixels) and velocity
     const double dt = 1.0 / 25.0;
     for (int frame = 1; frame < argc; ++frame) {
         Image image{std::string(argv[frame])};
-        if (image.imageBuffer() == nullptr)
+        if (image.empty())
             return 1;  // Image has said why
 
         // Predict: the place moves on by the velocity.
@@ -104,5 +90,7 @@ int main(int argc, char** argv) {
         hand.setTimeStamp(frame * dt);
         std::cout << "at " << hand.getTimeStamp() << " s: place " << place << " px, velocity "
                   << velocity << " px/s\n";
+        if (frame == argc - 1 && !image.save("skin.png"))
+            return 1;
     }
 }

@@ -1,26 +1,28 @@
-#include "core/cvdata/TiledImage.h"
-#include "math/EigenMap.h"
-#include "math/SquareMatrix.h"
+/// @file
+/// The program of the guide "Images and OpenCV".
 
 #include <opencv2/core/core_c.h>
 #include <opencv2/imgproc.hpp>
+#include <tarvos/core/cvdata/MatView.h>
+#include <tarvos/core/cvdata/TiledImage.h>
+#include <tarvos/math/EigenMap.h>
+#include <tarvos/math/SquareMatrix.h>
 
 #include <iostream>
 #include <vector>
 
 using tarvos::core::cvdata::Image;
+using tarvos::core::cvdata::imageOf;
 using tarvos::core::cvdata::TiledImage;
 
 int main() {
     // A view for OpenCV's C++ functions, in one call.
     Image image(320, 240, Image::CHANNELS_BGR, Image::BITS_8U);
-    cv::Mat pixels = cv::cvarrToMat(image.iplImage());
+    cv::Mat pixels = matView(image);
     pixels.setTo(cv::Scalar(110, 143, 201));
 
-    // From OpenCV to an image: a header over the Mat, whose pixels are copied.
-    const cv::Mat blurred = pixels(cv::Rect(10, 10, 100, 80)).clone();
-    const IplImage header = cvIplImage(blurred);
-    Image copy(&header);
+    // From OpenCV to an image: the pixels are copied, here those of a part.
+    Image copy = imageOf(pixels(cv::Rect(10, 10, 100, 80)));
 
     // A conversion in place changes the order of the channels; say so.
     cv::cvtColor(pixels, pixels, cv::COLOR_BGR2RGB);
@@ -31,11 +33,12 @@ int main() {
     // Frames of one size are copied without an allocation; a vector of images grows without
     // copying.
     Image last(100, 80, Image::CHANNELS_BGR, Image::BITS_8U);
-    const unsigned char* buffer = last.imageBuffer();
     last = copy;
+    const unsigned char* buffer = last.imageBuffer();
+    last = Image(copy);  // pointers taken before stay good, as in a copy
     std::vector<Image> history;
     history.push_back(std::move(copy));
-    const bool kept = last.imageBuffer() == buffer && copy.imageBuffer() == nullptr;
+    const bool kept = last.imageBuffer() == buffer && copy.empty();
 
     // A mosaic of two.
     TiledImage mosaic(1, 2, 100, 80, Image::CHANNELS_BGR, Image::BITS_8U);

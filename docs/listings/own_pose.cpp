@@ -1,4 +1,4 @@
-#include "core/trackingdata/State.h"
+#include <tarvos/core/trackingdata/State.h>
 
 #include <cmath>
 #include <iostream>

@@ -1,6 +1,5 @@
-#include "core/cvdata/Image.h"
-
 #include <opencv2/core/core_c.h>
+#include <tarvos/core/cvdata/Image.h>
 
 #include <iostream>
 

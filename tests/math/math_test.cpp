@@ -7,7 +7,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <memory>
+#include <numeric>
 #include <sstream>
 #include <type_traits>
 
@@ -16,11 +18,14 @@ using testing::ElementsAre;
 
 namespace {
 
-std::vector<double> elements(const Matrix& matrix) { return {matrix.data(), matrix.data() + matrix.dimension()}; }
+std::vector<double> elements(const Matrix& matrix) {
+    return {matrix.begin(), matrix.end()};
+}
 
 Matrix counting(unsigned int rows, unsigned int cols) {
     Matrix matrix(rows, cols);
-    for (unsigned int i = 0; i < matrix.dimension(); ++i) matrix.data()[i] = i + 1;
+    for (unsigned int i = 0; i < matrix.dimension(); ++i)
+        matrix.data()[i] = i + 1;
     return matrix;
 }
 
@@ -31,15 +36,31 @@ TEST(MatrixTest, ElementsAreStoredRowByRow) {
     (*matrix)(1, 0) = 7.0;
     eigenMap (*matrix)(1, 2) = 9.0;
     EXPECT_THAT(elements(*matrix), ElementsAre(0.5, 0.5, 0.5, 7.0, 0.5, 9.0));
-    EXPECT_THROW((*matrix)(0, 3), std::out_of_range);
+    const Matrix& read = *matrix;
+    EXPECT_EQ(read(1, 2), 9.0);
+    for (const auto& [row, col] : {std::pair{0U, 3U}, {2U, 0U}}) {
+        EXPECT_THROW((*matrix)(row, col), std::out_of_range);
+        EXPECT_THROW(read(row, col), std::out_of_range);
+    }
     EXPECT_THROW(Matrix(65536, 65536), std::bad_alloc);
-    const Vector vector(2);
-    EXPECT_EQ(vector[1] = 4.0, vector.data()[1]) << "written through const";
+}
+
+TEST(VectorTest, ElementsAreGivenAndReached) {
+    const Vector vector = Vector::of(1, 2.5F, 3U);
+    EXPECT_THAT(elements(vector), ElementsAre(1, 2.5, 3));
+    vector[1] = 4.0;
+    EXPECT_EQ(vector.data()[1], 4.0) << "written through const";
+    EXPECT_EQ(Vector{3}.dimension(), 3U);
+    EXPECT_EQ(Vector::of().dimension(), 0U);
+    const Vector4 fixed(1, 2, 3, 4);
+    EXPECT_EQ(fixed[2], 3.0);
+    EXPECT_EQ(std::accumulate(fixed.begin(), fixed.end(), 0.0), 10.0);
+    EXPECT_THAT(elements(fixed), ElementsAre(1, 2, 3, 4));
 }
 
 TEST(MatrixTest, AssignmentTakesTheShapeOfTheSource) {
     static_assert(std::is_nothrow_move_constructible_v<Vector> && std::is_nothrow_move_assignable_v<SquareMatrix>);
-    for (const unsigned int size : {0U, 2U, 4U, 5U, 9U}) {  // up to 4 x 4 inside the object, larger ones on the heap
+    for (const unsigned int size : {0U, 2U, 3U, 4U, 9U}) {  // up to 3 x 3 inside the object, larger ones on the heap
         const Matrix source = counting(size, size);
         for (Matrix target : {counting(1, 2), counting(6, 6)}) {
             target = source;
@@ -48,7 +69,9 @@ TEST(MatrixTest, AssignmentTakesTheShapeOfTheSource) {
             EXPECT_EQ(target.rows(), size);
             Matrix moved = std::move(target);
             EXPECT_EQ(elements(moved), elements(source));
-            EXPECT_EQ(target.rows() + target.cols() + target.dimension(), 0U);
+            EXPECT_EQ(target.rows(), 0U);
+            EXPECT_EQ(target.cols(), 0U);
+            EXPECT_EQ(target.dimension(), 0U);
             target = counting(1, 3);
             EXPECT_THAT(elements(target), ElementsAre(1, 2, 3));
         }
@@ -69,6 +92,19 @@ TEST(SquareMatrixTest, InvertsWhatCanBeInverted) {
     static_cast<Matrix&>(matrix) = Matrix(2, 3);
     EXPECT_THROW(matrix.invert(method), std::domain_error);
 }
+
+class DiagonalInverseTest : public testing::TestWithParam<unsigned int> {};
+
+TEST_P(DiagonalInverseTest, IsFiniteOrThrows) {
+    SquareMatrix matrix(GetParam());
+    eigenMap(matrix).setIdentity();
+    eigenMap(matrix) *= 4.0;
+    EXPECT_TRUE(eigenMap(matrix.invert(Matrix::INVERSION_LU)).isApprox(0.0625 * eigenMap(matrix)));
+    eigenMap(matrix) *= 1e-310;
+    EXPECT_THROW(matrix.invert(Matrix::INVERSION_LU), std::domain_error);
+}
+
+INSTANTIATE_TEST_SUITE_P(, DiagonalInverseTest, testing::Range(1U, 7U), testing::PrintToStringParamName());
 
 TEST(MatrixTest, PrintsOneLineARow) {
     std::ostringstream text;

@@ -2,7 +2,6 @@
 
 #include "core/cvdata/pose/Pose.h"
 
-#include <algorithm>
 #include <vector>
 
 /// A pose of any dimension and degrees of freedom, whose two forms are independent of each other. It counts the
@@ -19,24 +18,22 @@ public:
     void resetIncData() override { mIncData->fill(2.0); }
     void updateData() override {
         ++dataUpdates;
-        for (unsigned int i = 0; i < mData->dimension(); ++i) (*mData)[i] += 100.0;
+        for (double& element : *mData)
+            element += 100.0;
         mUpdateFlag = 1;
     }
     void updateIncData() override { ++incUpdates; }
     using Pose::operator=;
 
-    void outdate() { mUpdateFlag = mUpdateIncFlag = 0; }
+    void outdate(bool data, bool incData) {
+        mUpdateFlag = data ? 0 : 1;
+        mUpdateIncFlag = incData ? 0 : 1;
+    }
 
     int dataUpdates = 0;
     int incUpdates = 0;
 };
 
-inline tarvos::math::Vector vectorOf(const std::vector<double>& elements) {
-    tarvos::math::Vector vector(static_cast<unsigned int>(elements.size()));
-    std::copy(elements.begin(), elements.end(), vector.data());
-    return vector;
-}
-
-inline std::vector<double> elementsOf(const tarvos::math::Vector& vector) {
-    return {vector.data(), vector.data() + vector.dimension()};
+inline std::vector<double> elementsOf(const tarvos::math::Matrix& matrix) {
+    return {matrix.begin(), matrix.end()};
 }

@@ -11,7 +11,8 @@ class TemporaryDirectory {
 public:
     TemporaryDirectory() {
         std::string path = (std::filesystem::temp_directory_path() / "tarvos-test-XXXXXX").string();
-        if (mkdtemp(path.data()) == nullptr) throw std::runtime_error("no temporary directory");
+        if (mkdtemp(path.data()) == nullptr)
+            throw std::runtime_error("no temporary directory");
         mPath = std::filesystem::canonical(path);
         std::filesystem::current_path(mPath);
     }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/cvdata/VisualFeatures.h"
-#include "math/SquareMatrix.h"
-#include "math/Vector.h"
+#include "../../../math/SquareMatrix.h"
+#include "../../../math/Vector.h"
+#include "../VisualFeatures.h"
 
 #include <array>
 #include <cstddef>
@@ -13,13 +13,7 @@ namespace tarvos::core::cvdata {
 
 /// A list of blobs: connected regions that an application found in an image.
 ///
-/// @code
-/// Blobs blobs;
-/// blobs.addBlob();
-/// Blobs::BlobInfo& blob = blobs.mBlobs.back();
-/// blob.mBlock = {x, y, width, height};
-/// blob.mVector[0] = x + 0.5 * width;
-/// @endcode
+/// @snippet features.cpp blobs
 /// @ingroup features
 class TARVOS_CORE_EXPORT Blobs : public VisualFeatures {
 public:
@@ -42,12 +36,17 @@ public:
     Blobs();
     /// Copies the records, as assignment does; mFlag is false.
     Blobs(const Blobs& other);
+    /// The list @p other was, its mFlag included; @p other becomes empty.
+    Blobs(Blobs&& other) noexcept;
     ~Blobs() override;
 
     /// The number of records.
     virtual std::size_t dimension() const;
-    /// Makes the list equal to @p other, all members of all records; mFlag stays.
+    /// Makes the list equal to @p other, all members of all records; mFlag stays. When it throws, this list is as it
+    /// was.
     virtual Blobs& operator=(const Blobs& other);
+    /// Takes the records over, unless @p other is this list; it becomes empty. mFlag stays.
+    Blobs& operator=(Blobs&& other) noexcept;
 
     /// Appends one new record.
     void addBlob();

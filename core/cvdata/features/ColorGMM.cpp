@@ -1,8 +1,14 @@
 #include "core/cvdata/features/ColorGMM.h"
 
 #include "core/Contract.h"
+#include "core/Report.h"
 
+#include <algorithm>
 #include <iostream>
+#include <iterator>
+#include <sstream>
+#include <string>
+#include <utility>
 
 namespace tarvos::core::cvdata {
 
@@ -49,6 +55,9 @@ ColorGMM::ColorGMM(size_t nMixtures, size_t dim)
 ColorGMM::ColorGMM(const ColorGMM& other)
     : VisualFeatures(other.type()), mMixtures(deepCopy(other.mMixtures)), mEpsilon(other.mEpsilon) {}
 
+ColorGMM::ColorGMM(ColorGMM&& other) noexcept
+    : VisualFeatures(other), mMixtures(std::exchange(other.mMixtures, {})), mEpsilon(other.mEpsilon) {}
+
 ColorGMM::~ColorGMM() = default;
 
 std::size_t ColorGMM::dimension() const {
@@ -56,45 +65,44 @@ std::size_t ColorGMM::dimension() const {
 }
 
 ColorGMM& ColorGMM::operator=(const ColorGMM& other) {
-    if (this == &other)
-        return *this;
-    mMixtures = deepCopy(other.mMixtures);
-    mEpsilon = other.mEpsilon;
+    return this == &other ? *this : *this = ColorGMM(other);
+}
+
+ColorGMM& ColorGMM::operator=(ColorGMM&& other) noexcept {
+    if (this != &other) {
+        mMixtures = std::exchange(other.mMixtures, {});
+        mEpsilon = other.mEpsilon;
+    }
     return *this;
 }
 
 void ColorGMM::initSkinDistribution() {
     Components components;
+    std::ostringstream text;
+    text.copyfmt(std::cout);
+    text.exceptions(std::ios_base::badbit);
+    text.width(0);
     for (const SkinComponent& skin : SKIN_COMPONENTS) {
-        components.emplace_back(new GM(2));
+        components.push_back(boost::shared_ptr<GM>(new GM(2)));
         GM& component = *components.back();
-
-        std::cout << "Values of mixture " << components.size() << " set to:" << std::endl;
-        std::cout << "Covariance:" << std::endl;
         for (unsigned int row = 0; row < 2; ++row)
             for (unsigned int col = 0; col < 2; ++col)
                 component.mCovariance(row, col) = skin.covariance[row][col];
-        std::cout << component.mCovariance << std::endl;
-
-        std::cout << "Covariance Inverse:" << std::endl;
         component.mCovarianceInverse = component.mCovariance.invert(math::Matrix::INVERSION_LU);
-        std::cout << component.mCovarianceInverse << std::endl;
-
-        std::cout << "Mean:" << std::endl;
-        for (unsigned int i = 0; i < 2; ++i)
-            component.mMean[i] = skin.mean[i];
-        std::cout << component.mMean << std::endl;
-
-        std::cout << "Weight:" << std::endl;
+        std::copy(std::begin(skin.mean), std::end(skin.mean), component.mMean.begin());
         component.mWeight = skin.weight;
-        std::cout << component.mWeight << std::endl;
-
-        std::cout << "Determinant:" << std::endl;
         component.mDeterminant = skin.determinant;
-        std::cout << component.mDeterminant << std::endl;
 
-        std::cout << "***********************************" << std::endl;
+        text << "Values of mixture " + std::to_string(components.size()) + " set to:\n"
+             << "Covariance:\n"
+             << component.mCovariance << "\nCovariance Inverse:\n"
+             << component.mCovarianceInverse << "\nMean:\n"
+             << component.mMean << "\nWeight:\n"
+             << component.mWeight << "\nDeterminant:\n"
+             << component.mDeterminant << '\n'
+             << std::string(35, '*') << '\n';
     }
+    report(std::cout, text.str());
     mMixtures = std::move(components);
 }
 

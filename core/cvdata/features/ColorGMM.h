@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/cvdata/VisualFeatures.h"
-#include "math/SquareMatrix.h"
-#include "math/Vector.h"
+#include "../../../math/SquareMatrix.h"
+#include "../../../math/Vector.h"
+#include "../VisualFeatures.h"
 
 #include <boost/shared_ptr.hpp>
 
@@ -38,19 +38,17 @@ public:
 /// initSkinDistribution() give every slot a component of its own and never overwrite one: a component kept from
 /// before stays as it was.
 ///
-/// @code
-/// ColorGMM skin(2, 2);
-/// skin.initSkinDistribution();
-/// for (const auto& component : skin.mMixtures)
-///     std::cout << component->mWeight << " at " << component->mMean << std::endl;
-/// @endcode
+/// @snippet features.cpp mixture
 /// @ingroup features
 class TARVOS_CORE_EXPORT ColorGMM : public VisualFeatures {
 public:
-    /// @p nMixtures components of dimension @p dim. Stops the process when @p dim is above 4.
+    /// @p nMixtures components of dimension @p dim. Stops the process when @p dim is above 4; throws
+    /// `std::length_error` for more components than a vector can have (a negative number, say).
     ColorGMM(size_t nMixtures, size_t dim);
     /// A deep copy; its mFlag is false. Stops the process when a user emptied a slot of @p other.
     ColorGMM(const ColorGMM& other);
+    /// The model @p other was, its mFlag included; @p other has no components then.
+    ColorGMM(ColorGMM&& other) noexcept;
     ~ColorGMM() override;
 
     /// The number of components.
@@ -58,11 +56,14 @@ public:
     /// A deep copy of the components and of mEpsilon; mFlag stays. Stops the process when a user emptied a slot of @p
     /// other. When it throws, this model is as it was.
     virtual ColorGMM& operator=(const ColorGMM& other);
+    /// Takes over the components and mEpsilon, unless @p other is this model; it has no components then. mFlag stays.
+    ColorGMM& operator=(ColorGMM&& other) noexcept;
 
     /// Replaces the model by one of skin colour, two components over hue and saturation, and prints it to standard
-    /// output. The channels are those of OpenCV's 8-bit HSV with red and blue exchanged (`cv::COLOR_RGB2HSV` applied
-    /// to BGR pixels): skin lies near hue 111 to 117 of 180 and saturation 112 to 115 of 255. Values and determinants
-    /// are the constants of that fitted model, in single precision.
+    /// output in one piece, with the stream's precision. When it throws, this model is as it was. The channels are
+    /// those of OpenCV's 8-bit HSV with red and blue exchanged (`cv::COLOR_RGB2HSV` applied to BGR pixels): skin lies
+    /// near hue 111 to 117 of 180 and saturation 112 to 115 of 255. Values and determinants are the constants of that
+    /// fitted model, in single precision.
     void initSkinDistribution();
 
     std::vector<boost::shared_ptr<GM>> mMixtures;  ///< component 1 at index 0; no slot may be empty

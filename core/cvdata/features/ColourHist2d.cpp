@@ -2,10 +2,12 @@
 
 #include "core/Contract.h"
 
+#include <utility>
+
 namespace tarvos::core::cvdata {
 
 ColourHist2d::ColourHist2d(unsigned char bins1, unsigned char bins2, unsigned char bins3)
-    : VisualFeatures(REPR_COLOUR_HIST_2D), mColourHistData(std::make_unique<math::Vector>()) {
+    : VisualFeatures(REPR_COLOUR_HIST_2D) {
     ColourHist2d::setBins(bins1, bins2, bins3);
 }
 
@@ -17,14 +19,31 @@ ColourHist2d::ColourHist2d(const ColourHist2d& other)
       mBins3(other.mBins3),
       mPlaneBins(other.mPlaneBins) {}
 
+ColourHist2d::ColourHist2d(ColourHist2d&& other) noexcept : VisualFeatures(other) {
+    *this = std::move(other);
+}
+
 ColourHist2d::~ColourHist2d() = default;
 
 ColourHist2d& ColourHist2d::operator=(const ColourHist2d& other) {
     if (this == &other)
         return *this;
+    if (mColourHistData == nullptr)
+        return *this = ColourHist2d(other);
     data() = other.data();
     other.getBins(&mBins1, &mBins2, &mBins3);
     mPlaneBins = std::uint32_t{mBins1} * mBins2;
+    return *this;
+}
+
+ColourHist2d& ColourHist2d::operator=(ColourHist2d&& other) noexcept {
+    if (this != &other) {
+        mColourHistData = std::move(other.mColourHistData);
+        mBins1 = std::exchange(other.mBins1, static_cast<unsigned char>(0));
+        mBins2 = std::exchange(other.mBins2, static_cast<unsigned char>(0));
+        mBins3 = std::exchange(other.mBins3, static_cast<unsigned char>(0));
+        mPlaneBins = std::exchange(other.mPlaneBins, 0U);
+    }
     return *this;
 }
 
@@ -42,7 +61,7 @@ void ColourHist2d::getBins(unsigned char* bins1, unsigned char* bins2, unsigned 
 }
 
 void ColourHist2d::setBins(unsigned char bins1, unsigned char bins2, unsigned char bins3) {
-    if (bins1 == mBins1 && bins2 == mBins2 && bins3 == mBins3)
+    if (mColourHistData != nullptr && bins1 == mBins1 && bins2 == mBins2 && bins3 == mBins3)
         return;
     mColourHistData = std::make_unique<math::Vector>(std::uint32_t{bins1} * bins2 * bins3);
     mBins1 = bins1;

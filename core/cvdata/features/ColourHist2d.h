@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/cvdata/VisualFeatures.h"
-#include "math/Vector.h"
+#include "../../../math/Vector.h"
+#include "../VisualFeatures.h"
 
 #include <cstdint>
 #include <memory>
@@ -14,14 +14,10 @@ namespace tarvos::core::cvdata {
 /// What colour an entry stands for is the application's choice; bins1 x bins2 entries make a plane. A new histogram,
 /// and one that was given another shape, is zero.
 ///
-/// Class invariant: the vector has getBinsTotal() elements. Only an assignment to data() can break it. Moving copies,
-/// since a histogram always has its vector.
+/// Class invariant: the vector has getBinsTotal() elements. Only an assignment to data() can break it. A histogram that
+/// was moved from has no bins and no vector until it is assigned to or given bins.
 ///
-/// @code
-/// ColourHist2d histogram(30, 32, 16);                    // bins of hue, saturation and value
-/// const unsigned int bin = hue * 30 / 180 + 30 * (saturation * 32 / 256) + 30 * 32 * (value * 16 / 256);
-/// histogram.data()[bin] += 1.0;
-/// @endcode
+/// @snippet features.cpp histogram
 /// @ingroup features
 class TARVOS_CORE_EXPORT ColourHist2d : public VisualFeatures {
 public:
@@ -29,10 +25,14 @@ public:
     ColourHist2d(unsigned char bins1, unsigned char bins2, unsigned char bins3);
     /// A deep copy; its mFlag is false.
     ColourHist2d(const ColourHist2d& other);
+    /// The histogram @p other was, its mFlag included.
+    ColourHist2d(ColourHist2d&& other) noexcept;
     ~ColourHist2d() override;
 
-    /// A deep copy of shape and entries; mFlag stays.
+    /// A deep copy of shape and entries; mFlag stays. Stops the process when @p other was moved from.
     virtual ColourHist2d& operator=(const ColourHist2d& other);
+    /// Takes shape and entries over, unless @p other is this histogram; mFlag stays.
+    ColourHist2d& operator=(ColourHist2d&& other) noexcept;
     /// The number of entries: bins1 x bins2 x bins3.
     virtual unsigned int getBinsTotal() const;
     /// Writes the numbers of bins; null pointers are skipped.
@@ -45,13 +45,14 @@ public:
 
     /// Copies @p Input, of getBinsTotal() elements; any other length stops the process.
     void setData(const math::Vector& Input);
-    /// The entries, writable also through a const histogram. Valid until setBins() changes the shape.
+    /// The entries, writable also through a const histogram. Valid until setBins() changes the shape. Stops the process
+    /// when the histogram was moved from.
     math::Vector& data() const;
 
 protected:
     using VisualFeatures::operator=;
 
-    std::unique_ptr<math::Vector> mColourHistData;  ///< the entries; never null
+    std::unique_ptr<math::Vector> mColourHistData;  ///< the entries; null once moved from
     unsigned char mBins1 = 0;                       ///< bins of channel 1
     unsigned char mBins2 = 0;                       ///< bins of channel 2
     unsigned char mBins3 = 0;                       ///< bins of channel 3

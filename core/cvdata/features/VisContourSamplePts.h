@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/cvdata/VisualFeatures.h"
-#include "math/Vector2.h"
-#include "math/Vector4.h"
+#include "../../../math/Vector2.h"
+#include "../../../math/Vector4.h"
+#include "../VisualFeatures.h"
 
 #include <cstdint>
 #include <vector>
@@ -13,15 +13,10 @@ namespace tarvos::core::cvdata {
 ///
 /// The application fills and reads both lists. Edges point to points that they do not own, usually those in mPoints;
 /// growing mPoints moves them, so fill it first (or reserve). A copy would point into the points of the original, so
-/// there is no copy construction, and assignment stops the process.
+/// there is no copy construction, and assignment stops the process. Move construction takes the points with it, and the
+/// edges go on pointing to them, so that a vector of features can grow.
 ///
-/// @code
-/// VisContourSamplePts contour;
-/// contour.mPoints.resize(2);                             // first all points ...
-/// contour.mPoints[0].mVec4 = Vector4(x, y, normalX, normalY);
-/// contour.mEdges.resize(1);                              // ... then the edges that point to them
-/// contour.mEdges[0].mPointRefs = {&contour.mPoints[0], &contour.mPoints[1]};
-/// @endcode
+/// @snippet features.cpp contour
 /// @ingroup features
 class TARVOS_CORE_EXPORT VisContourSamplePts : public VisualFeatures {
 public:
@@ -47,6 +42,8 @@ public:
     /// No edges, no points.
     VisContourSamplePts();
     VisContourSamplePts(const VisContourSamplePts& other) = delete;
+    /// The feature @p other was, points, edges and flag; @p other keeps neither edges nor points.
+    VisContourSamplePts(VisContourSamplePts&& other) noexcept;
     ~VisContourSamplePts() override;
 
     /// Not supported: stops the process.

@@ -4,22 +4,25 @@ namespace tarvos::core::cvdata {
 
 namespace {
 
-std::unique_ptr<math::Vector> vectorOf(int count) {
+math::Vector zeros(int count) {
     TARVOS_REQUIRE((count >= 0) && "Pose: a count of elements is negative.");
-    return std::make_unique<math::Vector>(static_cast<unsigned int>(count));
+    return math::Vector(static_cast<unsigned int>(count));
 }
 
 }  // namespace
 
 Pose::Pose(int dimension, int dof)
-    : mDimension(dimension), mDof(dof), mData(vectorOf(dimension)), mIncData(vectorOf(dof)) {}
+    : mDimension(dimension), mDof(dof), mDataVector(zeros(dimension)), mIncDataVector(zeros(dof)) {}
+
+Pose::Pose(int size) : mDimension(size), mDof(size), mDataVector(zeros(size)), mIncData(mData) {}
 
 Pose::Pose(const Pose& pose)
     : mDimension(pose.mDimension),
       mDof(pose.mDof),
       mUpdateFlag(pose.mUpdateFlag),
-      mData(std::make_unique<math::Vector>(*pose.mData)),
-      mIncData(std::make_unique<math::Vector>(*pose.mIncData)),
+      mDataVector(pose.mDataVector),
+      mIncDataVector(pose.mIncDataVector),
+      mIncData(pose.mIncData == pose.mData ? mData : &mIncDataVector),
       mUpdateIncFlag(pose.mUpdateIncFlag) {}
 
 Pose::~Pose() = default;
@@ -27,7 +30,8 @@ Pose::~Pose() = default;
 Pose& Pose::operator=(const Pose& pose) {
     TARVOS_REQUIRE((mDimension == pose.mDimension && mDof == pose.mDof) && "Pose: the poses differ in kind.");
     *mData = *pose.mData;
-    *mIncData = *pose.mIncData;
+    if (mIncData != mData)
+        *mIncData = *pose.mIncData;
     mUpdateFlag = pose.mUpdateFlag;
     mUpdateIncFlag = pose.mUpdateIncFlag;
     return *this;

@@ -1,10 +1,12 @@
 #pragma once
 
-#include "core/Contract.h"
-#include "core/Export.h"
-#include "math/Vector.h"
+#include "../../../math/Vector.h"
+#include "../../Contract.h"
+#include "../../Export.h"
 
-#include <memory>
+namespace tarvos::core {
+class State;
+}
 
 namespace tarvos::core::cvdata {
 
@@ -16,22 +18,7 @@ namespace tarvos::core::cvdata {
 /// 3 degrees of freedom). Each vector has an update flag: at 0 it is out of date, and reading it calls updateData()
 /// or updateIncData() first.
 ///
-/// A pose whose own representation is its data is short to write:
-///
-/// @code
-/// class BoxPose : public Pose {  // centre x and y, width, height: the same in both forms
-/// public:
-///     BoxPose() : Pose(4, 4) {}
-///     BoxPose* clone() const override { return new BoxPose(*this); }
-///     void setData(const Vector& data) override { *mData = *mIncData = data; }
-///     void setIncData(const Vector& incData) override { setData(incData); }
-///     void resetData() override { setData(Vector(4)); }
-///     void resetIncData() override { setData(Vector(4)); }
-///     void updateData() override {}
-///     void updateIncData() override {}
-///     using Pose::operator=;
-/// };
-/// @endcode
+/// A pose whose representation is its data comes ready made: VectorPose.
 ///
 /// Class invariant: mData has dimension() elements and mIncData has dof(). A derived class keeps it.
 /// @ingroup tracking
@@ -67,31 +54,56 @@ public:
 
     /// Copies the data, brought up to date, into @p vec. Stops the process unless it has dimension() elements.
     void getData(math::Vector& vec) {
-        TARVOS_REQUIRE((int)vec.dimension() == dimension() && "ERROR: getData - vector sizes does not match!");
-        if (getUpdateFlag() == 0)
-            updateData();
-        vec = *mData;
+        TARVOS_REQUIRE_AT("core/cvdata/pose/Pose.h", __extension__ __PRETTY_FUNCTION__,
+                          (int)vec.dimension() == dimension() && "ERROR: getData - vector sizes does not match!");
+        vec = currentData();
     }
     /// Copies the incremental data, brought up to date, into @p vec. Stops the process unless it has dof() elements.
     void getIncData(math::Vector& vec) {
-        TARVOS_REQUIRE(((int)vec.dimension() == dof()) && "ERROR: getIncData - vector sizes does not match!");
-        if (getUpdateIncFlag() == 0)
-            updateIncData();
-        vec = *mIncData;
+        TARVOS_REQUIRE_AT("core/cvdata/pose/Pose.h", __extension__ __PRETTY_FUNCTION__,
+                          ((int)vec.dimension() == dof()) && "ERROR: getIncData - vector sizes does not match!");
+        vec = currentIncData();
     }
 
 protected:
     /// Makes both vectors, all zero and up to date. Stops the process when a count is negative.
     Pose(int dimension, int dof);
+    /// Makes one vector of @p size zeros that is both the data and the incremental data.
+    explicit Pose(int size);
     /// A deep copy.
     Pose(const Pose& pose);
 
-    const int mDimension;                          ///< elements of mData
-    const int mDof;                                ///< elements of mIncData
-    int mUpdateFlag = 1;                           ///< 0 while mData is out of date
-    const std::unique_ptr<math::Vector> mData;     ///< the data
-    const std::unique_ptr<math::Vector> mIncData;  ///< the incremental data
-    int mUpdateIncFlag = 1;                        ///< 0 while mIncData is out of date
+    const int mDimension;  ///< elements of mData
+    const int mDof;        ///< elements of mIncData
+    int mUpdateFlag = 1;   ///< 0 while mData is out of date
+
+private:
+    // Inside the pose, so that a copy of it is one allocation.
+    math::Vector mDataVector;
+    math::Vector mIncDataVector;
+
+protected:
+    math::Vector* const mData = &mDataVector;        ///< the data, owned by the pose
+    math::Vector* const mIncData = &mIncDataVector;  ///< the incremental data, owned by the pose
+    int mUpdateIncFlag = 1;                          ///< 0 while mIncData is out of date
+
+private:
+    friend class core::State;
+
+    const math::Vector& currentData() {
+        if (getUpdateFlag() == 0)
+            updateData();
+        TARVOS_REQUIRE_AT("core/cvdata/pose/Pose.h", __extension__ __PRETTY_FUNCTION__,
+                          ((int)mData->dimension() == dimension()) && "Pose: the data has lost its size.");
+        return *mData;
+    }
+    const math::Vector& currentIncData() {
+        if (getUpdateIncFlag() == 0)
+            updateIncData();
+        TARVOS_REQUIRE_AT("core/cvdata/pose/Pose.h", __extension__ __PRETTY_FUNCTION__,
+                          ((int)mIncData->dimension() == dof()) && "Pose: the data has lost its size.");
+        return *mIncData;
+    }
 };
 
 }  // namespace tarvos::core::cvdata

@@ -1,9 +1,10 @@
 #include "core/parser/CmdLineParser.h"
+#include "support/Captured.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include <locale>
 
 using tarvos::core::parser::CmdLineParser;
+using testing::ElementsAre;
 
 namespace {
 
@@ -11,15 +12,16 @@ class CmdLineParserTest : public testing::Test {
 protected:
     CmdLineParser parserOf(std::vector<std::string> words) {
         mWords = std::move(words);
-        mPointers.clear();
-        for (std::string& word : mWords) mPointers.push_back(word.data());
+        mPointers.resize(mWords.size());
+        std::transform(mWords.begin(), mWords.end(), mPointers.begin(), [](std::string& word) { return word.data(); });
         return {static_cast<int>(mPointers.size()), mPointers.data()};
     }
 
-    static std::string usage(const CmdLineParser& parser, const std::string& extra) {
-        testing::internal::CaptureStderr();
-        parser.printUsage(extra);
-        return testing::internal::GetCapturedStderr();
+    static std::vector<std::string> valuesOf(const CmdLineParser& parser, const std::vector<std::string>& names) {
+        std::vector<std::string> values;
+        for (const std::string& name : names)
+            values.push_back((parser.isSet(name) ? "set " : "") + parser.getValue(name));
+        return values;
     }
 
 private:
@@ -38,53 +40,56 @@ TEST_F(CmdLineParserTest, ReadsWords) {
     CmdLineParser parser =
         parserOf({"-app", "positional", "-", "--mirror", "-name=value", "-unknown", "-mirror", "-mirror", "-offset",
                   "-3", "-name", "first", "-name", "second", "-last", "-mirror"});
-    for (const char* flag : {"mirror", "app", "positional"}) parser.addFlag(flag, "");
+    for (const char* flag : {"mirror", "app", "positional"})
+        parser.addFlag(flag, "");
     for (const char* option : {"offset", "name", "last", "left"})
         parser.addOption(option, "", "default", option == std::string("name"));
-    EXPECT_EQ(parser.getValue("mirror") + parser.getValue("name"), "0default");
-    EXPECT_FALSE(parser.isSet("mirror"));
-    testing::internal::CaptureStderr();
-    parser.parse();
-    parser.parse();
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    EXPECT_TRUE(parser.isSet("app")) << "the program's own name is a word like any other";
-    EXPECT_FALSE(parser.isSet("positional") || parser.isSet("left") || parser.isSet("unknown"));
-    EXPECT_EQ(parser.getValue("mirror") + parser.getValue("left") + parser.getValue("unknown"), "1default");
-    EXPECT_EQ(parser.getValueInt("offset"), -3);
-    EXPECT_EQ(parser.getValue("name"), "second");
-    EXPECT_EQ(parser.getValue("last"), "-mirror");
+    const std::vector<std::string> names{"app", "mirror", "positional", "offset", "name", "last", "left", "unknown"};
+    EXPECT_THAT(valuesOf(parser, names), ElementsAre("0", "0", "0", "default", "default", "default", "default", ""));
+    EXPECT_EQ(errorsOf([&] { parser.parse(), parser.parse(); }), "");
+    EXPECT_THAT(valuesOf(parser, names),
+                ElementsAre("set 1", "set 1", "0", "set -3", "set second", "set -mirror", "default", ""));
+    EXPECT_THAT(parser.unknownWords(), ElementsAre("-", "--mirror", "-name=value", "-unknown"));
 }
 
 TEST_F(CmdLineParserTest, ServesEveryRecordOfAName) {
     CmdLineParser parser = parserOf({"app", "-both", "word", "-twice", "one", "two", "-", "dash"});
     parser.addFlag("both", "");
-    for (const char* option : {"both", "twice", "twice", ""}) parser.addOption(option, "", "", false);
+    for (const char* option : {"both", "twice", "twice", ""})
+        parser.addOption(option, "", "", false);
     parser.parse();
-    EXPECT_EQ(parser.getValue("both"), "1") << "flags are found first";
-    EXPECT_EQ(parser.getValue("twice"), "one");
-    EXPECT_THAT(usage(parser, ""), testing::HasSubstr("-twice           (*)                    two "));
+    EXPECT_THAT(valuesOf(parser, {"both", "twice", ""}), ElementsAre("set 1", "set one", "set dash")) << "flags first";
+    EXPECT_THAT(errorsOf([&] { parser.printUsage(""); }),
+                testing::HasSubstr("-twice           (*)                    two "));
 }
 
 TEST_F(CmdLineParserTest, ConvertsLikeAStream) {
     CmdLineParser parser = parserOf({"app"});
-    for (const char* text : {"12abc", " \t3.7", "1", "0", "abc"}) parser.addOption(text, "", text, false);
-    EXPECT_EQ(parser.getValueInt("12abc"), 12);
-    EXPECT_EQ(parser.getValueInt(" \t3.7"), 3);
-    EXPECT_EQ(parser.getValueDouble(" \t3.7"), 3.7);
-    EXPECT_EQ(parser.getValueInt("abc"), 0);
-    EXPECT_TRUE(parser.getValueBool("1") && parser.get<bool>("1"));
-    EXPECT_FALSE(parser.getValueBool("12abc") || parser.getValueBool("0") || parser.get<bool>("0"));
+    for (const char* text : {"12abc", " \t3.7", "1", "0", "abc"})
+        parser.addOption(text, "", text, false);
+    struct Comma : std::numpunct<char> {
+        char do_decimal_point() const override { return ','; }
+    };
+    const std::locale previous = std::locale::global(std::locale(std::locale::classic(), new Comma));
+    EXPECT_EQ(parser.getValueDouble(" \t3.7"), 3.7) << "whatever the global locale";
+    std::locale::global(previous);
+    for (const auto& [text, number] : {std::pair("12abc", 12), {" \t3.7", 3}, {"abc", 0}, {"unknown", 0}})
+        EXPECT_EQ(parser.getValueInt(text), number) << text;
+    for (const auto& [text, truth] : {std::pair("1", true), {"0", false}, {"12abc", false}, {"abc", false}})
+        EXPECT_EQ(parser.getValueBool(text), truth) << text;
+    EXPECT_TRUE(parser.get<bool>("1"));
+    EXPECT_FALSE(parser.get<bool>("0"));
 }
 
 TEST_F(CmdLineParserTest, PrintsTheUsageTable) {
     CmdLineParser parser = parserOf({"app", "-frames", "50"});
-    EXPECT_EQ(usage(parser, "see the manual"), HEAD + HELP + LEGEND + "see the manual\n");
+    EXPECT_EQ(errorsOf([&] { parser.printUsage("see the manual"); }), HEAD + HELP + LEGEND + "see the manual\n");
     parser.setAppDescription("Face tracking demo");
     parser.addOption("frames", "number of frames", "100", false);
     parser.parse();
     parser.addOption("config", "configuration file", "cfg.xml", true);
     parser.addOption("a-name-longer-than-its-field", "text", "", false);
-    EXPECT_EQ(usage(parser, ""),
+    EXPECT_EQ(errorsOf([&] { parser.printUsage(""); }),
               "Face tracking demo\n" + HEAD + HELP +
                   "-frames          (*)100                 50                  number of frames    \n"
                   "-config       (+)   cfg.xml             cfg.xml             configuration file  \n"
@@ -93,7 +98,7 @@ TEST_F(CmdLineParserTest, PrintsTheUsageTable) {
 }
 
 TEST_F(CmdLineParserTest, EndsTheProcess) {
-    const std::string row = "-must         (+)                                           needed              \n";
+    const std::string row = "-must         (+)   default             default             needed              \n";
     const std::string helped = "-help            (*)false               true                display a help message\n";
     const std::string noValue = "Warning: Option \"must\" requires an argument!! Value unchanged!!\n";
     const std::pair<std::vector<std::string>, std::string> cases[] = {
@@ -103,7 +108,7 @@ TEST_F(CmdLineParserTest, EndsTheProcess) {
         {{"app"}, "Warning: Option \"must\" must be set!!\n" + HEAD + HELP + row + LEGEND}};
     for (const auto& [words, output] : cases) {
         CmdLineParser parser = parserOf(words);
-        parser.addOption("must", "needed", "", true);
+        parser.addOption("must", "needed", "default", true);
         EXPECT_EXIT(parser.parse(), testing::ExitedWithCode(1), testing::Eq(output));
     }
 }

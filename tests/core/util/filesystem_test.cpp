@@ -1,18 +1,18 @@
 #include "core/util/Filesystem.h"
 
 #include "core/Exception.h"
+#include "support/Captured.h"
+#include "support/Program.h"
 #include "support/TemporaryDirectory.h"
 
-#include <boost/filesystem/exception.hpp>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <functional>
+#include <sys/stat.h>
 
 using tarvos::core::Exception;
 using tarvos::core::util::Filesystem;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -23,71 +23,125 @@ protected:
     /// The message of the Exception that @p operation throws, which it must report too.
     static std::string messageOf(const std::function<void()>& operation) {
         std::string message = "nothing was thrown";
-        testing::internal::CaptureStderr();
-        try {
-            operation();
-        } catch (const Exception& error) {
-            message = Exception(error).whatString();  // a copy says nothing
-            EXPECT_EQ(error.what(), message);
-        }
-        EXPECT_EQ(testing::internal::GetCapturedStderr(), "Exception Msg: " + message + "\n");
+        const std::string heard = errorsOf([&] {
+            try {
+                operation();
+            } catch (const Exception& error) {
+                message = Exception(error).whatString();  // a copy says nothing
+                EXPECT_STREQ(error.what(), message.c_str());
+            }
+        });
+        EXPECT_EQ(heard, std::string("Exception Msg: ") + message.c_str() + "\n");
         return message;
+    }
+
+    static std::string refusalOf(const std::string& from, const std::string& to) {
+        return "Filesystem exception: cp(" + from + ", " + to + ") failed. Does " + to + " already exist?";
     }
 };
 
 TEST_F(FilesystemTest, MakesAndRemoves) {
     EXPECT_TRUE(Filesystem::mkdir("tree"));
     EXPECT_FALSE(Filesystem::mkdir("tree"));
-    EXPECT_TRUE(Filesystem::mkdir("kept"));
     TemporaryDirectory::write("tree/leaf");
-    TemporaryDirectory::write("kept/file");
-    std::filesystem::create_directory_symlink(directory.path() + "/kept", "tree/link");
-    EXPECT_THROW(Filesystem::mkdir("tree/leaf"), boost::filesystem::filesystem_error);
-    EXPECT_THROW(Filesystem::mkdir("missing/d"), boost::filesystem::filesystem_error);
-    for (const char* path : {"tree/leaf", "tree", "tree", "never"}) {
+    EXPECT_THROW(Filesystem::mkdir("tree/leaf"), fs::filesystem_error);
+    EXPECT_THROW(Filesystem::mkdir("missing/d"), fs::filesystem_error);
+    for (const char* path : {"tree/leaf", "tree/", "tree", "never"}) {
         EXPECT_TRUE(Filesystem::rm(path));
         EXPECT_FALSE(Filesystem::exists(path));
     }
-    EXPECT_TRUE(Filesystem::exists("kept/file")) << "what a link points to stays";
     EXPECT_FALSE(Filesystem::exists(""));
-    std::filesystem::create_symlink("loop", "loop");
+    EXPECT_TRUE(Filesystem::exists("//etc"));
+    fs::create_symlink("loop", "loop");
     EXPECT_THAT(messageOf([] { Filesystem::rm("loop"); }), StartsWith("Filesystem exception: rm(loop) failed with "));
+}
+
+TEST_F(FilesystemTest, RemovingIsNotLedOutOfTheTree) {
+    fs::create_directories("kept/sub");
+    TemporaryDirectory::write("kept/file");
+    fs::create_directory("tree");
+    for (const char* link : {"tree/link", "link", "slashed"})
+        fs::create_directory_symlink(directory.path() + "/kept", link);
+    for (const char* path : {"tree", "link", "slashed/", "slashed///"})
+        EXPECT_TRUE(Filesystem::rm(path));
+    EXPECT_EQ(Filesystem::ls(".", "").size(), 0U);
+    EXPECT_FALSE(fs::is_symlink("slashed"));
+    for (const std::string path : {"kept/.", "kept/sub/..", "."})
+        EXPECT_THAT(messageOf([&] { Filesystem::rm(path); }), StartsWith("Filesystem exception: rm(" + path + ") "));
+    EXPECT_TRUE(Filesystem::exists("kept/file"));
+}
+
+TEST_F(FilesystemTest, ANameWithANulByteNamesNothing) {
+    TemporaryDirectory::write("kept", "text");
+    const std::string name("kept\0x", 6);
+    EXPECT_FALSE(Filesystem::exists(name));
+    EXPECT_TRUE(Filesystem::rm(name));
+    EXPECT_THROW(Filesystem::mkdir(name), fs::filesystem_error);
+    for (const std::string& other : {std::string("new"), name}) {
+        EXPECT_THAT(messageOf([&] { Filesystem::mv(name, other); }), StartsWith("Filesystem exception: mv(" + name));
+        EXPECT_EQ(messageOf([&] { Filesystem::cp(name, other); }), refusalOf(name, other));
+    }
+    EXPECT_EQ(messageOf([&] { Filesystem::cp("kept", name); }), refusalOf("kept", name));
+    EXPECT_EQ(messageOf([&] { Filesystem::ls(name, ""); }), "\nNot found: " + directory.path() + "/" + name);
+    EXPECT_THAT(Filesystem::ls(".", ""), UnorderedElementsAre("kept"));
 }
 
 TEST_F(FilesystemTest, MovesAndCopies) {
     TemporaryDirectory::write("a", "text");
+    chmod("a", 04751);
     EXPECT_TRUE(Filesystem::cp("a", "b"));
+    EXPECT_EQ(contentOf("b"), "text");
+    EXPECT_EQ(fs::status("b").permissions(), fs::perms(0751)) << "the permissions, but no set-user-id";
+    EXPECT_TRUE(Filesystem::cp("/proc/cpuinfo", "cpuinfo"));
+    EXPECT_THAT(contentOf("cpuinfo"), testing::HasSubstr("processor"));
     EXPECT_TRUE(Filesystem::mv("a", "c"));
-    TemporaryDirectory::write("other", "other text");
-    for (const std::string from : {"other", "missing"})
-        EXPECT_EQ(messageOf([&] { Filesystem::cp(from, "b"); }),
-                  "Filesystem exception: cp(" + from + ", b) failed. Does b already exist?");
-    EXPECT_EQ(std::filesystem::file_size("b"), 4U);
+    EXPECT_FALSE(Filesystem::exists("a"));
     EXPECT_THAT(messageOf([] { Filesystem::mv("missing", "d"); }),
                 StartsWith("Filesystem exception: mv(missing, d) failed with "));
 }
 
+TEST_F(FilesystemTest, CopiesRegularFilesOnlyAndNeverOverwrites) {
+    TemporaryDirectory::write("old", "text");
+    TemporaryDirectory::write("other", "other text");
+    mkfifo("pipe", 0600);
+    fs::create_directory("dir");
+    fs::create_symlink("nowhere", "dangling");
+    for (const std::string to : {"old", "dir", "dangling"})
+        EXPECT_EQ(messageOf([&] { Filesystem::cp("other", to); }), refusalOf("other", to));
+    for (const std::string from : {"missing", "pipe", "dir", "/dev/null"})
+        EXPECT_EQ(messageOf([&] { Filesystem::cp(from, "new"); }), refusalOf(from, "new"));
+    EXPECT_EQ(contentOf("old"), "text");
+    EXPECT_FALSE(Filesystem::exists("new"));
+}
+
+TEST_F(FilesystemTest, ACopyThatFailsHalfWayLeavesNothing) {
+    TemporaryDirectory::write("large", std::string(100000, 'x'));
+    expectInLimits(RLIMIT_FSIZE, 5000, [] { EXPECT_THROW(Filesystem::cp("large", "copy"), Exception); });
+    EXPECT_FALSE(Filesystem::exists("copy"));
+}
+
 TEST_F(FilesystemTest, ListsNames) {
-    for (const char* name : {"a", "a.txt", "b.TXT", "txt"}) TemporaryDirectory::write(name);
-    std::filesystem::create_directory("c.txt");
-    std::filesystem::create_symlink("nowhere", "dangling.txt");
-    std::filesystem::create_directory_symlink("c.txt", "link");
+    for (const char* name : {"a", "a.txt", "b.TXT", "txt"})
+        TemporaryDirectory::write(name);
+    fs::create_directory("c.txt");
+    fs::create_symlink("nowhere", "dangling.txt");
+    fs::create_directory_symlink("c.txt", "link");
     std::vector<std::string> files{"old"};
     std::vector<std::string> dirs;
     Filesystem::ls(directory.path(), files, dirs);
+    EXPECT_EQ(files.front(), "old");
     EXPECT_THAT(files, UnorderedElementsAre("old", "a", "a.txt", "b.TXT", "txt", "dangling.txt"));
     EXPECT_THAT(dirs, UnorderedElementsAre("c.txt", "link"));
     EXPECT_THAT(Filesystem::ls(".", ".txt"), UnorderedElementsAre("a.txt"));
-    EXPECT_EQ(Filesystem::ls(".", "").size(), 4U);
+    EXPECT_THAT(Filesystem::ls("./", ""), UnorderedElementsAre("a", "a.txt", "b.TXT", "txt"));
 
     const std::pair<std::string, std::string> wrong[] = {{"x", "\nNot found: " + directory.path() + "/x"},
                                                          {"", "\nNot found: "},
                                                          {"a", "\n'a' is a file, but must be a directory."}};
-    for (const auto& [dir, message] : wrong) {
+    for (const auto& [dir, message] : wrong)
         EXPECT_EQ(messageOf([&, d = dir] { Filesystem::ls(d, files, dirs); }), message);
-        EXPECT_EQ(messageOf([d = dir] { Filesystem::ls(d, ".txt"); }), message);
-    }
-    std::filesystem::create_symlink("loop", "loop");
+    EXPECT_EQ(messageOf([] { Filesystem::ls("a", ".txt"); }), wrong[2].second);
+    fs::create_symlink("loop", "loop");
     EXPECT_THAT(messageOf([&] { Filesystem::ls(".", files, dirs); }), StartsWith("loop "));
 }
 

@@ -1,8 +1,7 @@
 #include "core/util/Resources.h"
 
+#include "support/Captured.h"
 #include "support/TemporaryDirectory.h"
-
-#include <gtest/gtest.h>
 
 #include <cstdlib>
 
@@ -26,9 +25,8 @@ protected:
 
     /// Looks for the data directory of the application @p app; the path, behind what was said on the way.
     static std::string search(const std::string& app = "app", const std::string& given = "") {
-        testing::internal::CaptureStderr();
-        const Resources resources(given, app);
-        return testing::internal::GetCapturedStderr() + resources.getDataDirPath();
+        std::string path;
+        return errorsOf([&] { path = Resources(given, app).getDataDirPath(); }) + path;
     }
     static std::string foundAt(const std::string& path) {
         return "Searching for data dir...\nData directory found at: " + path + "\n";
@@ -70,6 +68,9 @@ TEST_F(ResourcesTest, PrefersTheApplicationsOwnDirectoryAndFindsFilesThere) {
     EXPECT_EQ(resources.findFile("here.png"), "here.png");
     EXPECT_EQ(resources.findFile("there.png"), "./data/tutorials/app/there.png");
     EXPECT_EQ(resources.findFile("nowhere.png"), "");
+    std::filesystem::remove_all("data/tutorials");
+    EXPECT_EQ(search(), found + "app specific data directory at : ./data/app\n./data/app");
+    EXPECT_EQ(search("other"), foundAt("./data/") + "./data/");
 }
 
 }  // namespace

@@ -1,10 +1,14 @@
 #include "core/cvdata/features/ColorGMM.h"
+#include "support/Captured.h"
 #include "support/ContractDeath.h"
 #include "support/Poses.h"
 
 #include <sstream>
+#include <stdexcept>
+#include <type_traits>
 
 using tarvos::core::cvdata::ColorGMM;
+using testing::Pointwise;
 
 namespace {
 
@@ -14,9 +18,12 @@ TEST(ColorGmmTest, StartsWithFreshComponents) {
         const ColorGMM model(3, dim);
         ASSERT_EQ(model.dimension(), 3U);
         EXPECT_EQ(model.mMixtures[2]->mDim, dim);
-        EXPECT_EQ(model.mMixtures[2]->mCovariance.dimension(), dim * dim);
+        EXPECT_EQ(elementsOf(model.mMixtures[2]->mCovariance), std::vector<double>(dim * dim));
+        EXPECT_EQ(elementsOf(model.mMixtures[2]->mMean), std::vector<double>(dim));
         EXPECT_EQ(model.mMixtures[2]->mWeight, 1.0F);
+        EXPECT_EQ(model.mMixtures[2]->mDeterminant, 0.0F);
     }
+    EXPECT_THROW(ColorGMM(static_cast<std::size_t>(-1), 4), std::length_error);
     EXPECT_CONTRACT(ColorGMM(2, 5), "core/cvdata/features/ColorGMM.cpp",
                     "tarvos::core::cvdata::ColorGMM::ColorGMM(size_t, size_t)", "dim <= 4");
 }
@@ -28,14 +35,13 @@ TEST(ColorGmmTest, SkinModelIsLoadedAndPrinted) {
     const std::string scalars[] = {"\nWeight:\n0.5027\nDeterminant:\n281.14\n",
                                    "\nWeight:\n0.4973\nDeterminant:\n309.34\n"};
     ColorGMM model(3, 3);
-    testing::internal::CaptureStdout();
-    model.initSkinDistribution();
-    const std::string printed = testing::internal::GetCapturedStdout();
+    const std::string printed = outputOf([&] { model.initSkinDistribution(); });
     ASSERT_EQ(model.dimension(), 2U);
     std::ostringstream expected;
     for (std::size_t i = 0; i < 2; ++i) {
         const auto& component = *model.mMixtures[i];
-        EXPECT_EQ(std::vector<double>(component.mCovariance.data(), component.mCovariance.data() + 4), covariances[i]);
+        EXPECT_EQ(component.mDim, 2U);
+        EXPECT_EQ(elementsOf(component.mCovariance), covariances[i]);
         EXPECT_EQ(elementsOf(component.mMean), means[i]);
         expected << "Values of mixture " << i + 1 << " set to:\nCovariance:\n"
                  << component.mCovariance << "\nCovariance Inverse:\n"
@@ -43,31 +49,57 @@ TEST(ColorGmmTest, SkinModelIsLoadedAndPrinted) {
                  << component.mMean << scalars[i] << std::string(35, '*') << '\n';
     }
     EXPECT_EQ(printed, expected.str());
-    const double inverse[] = {0.324877, 0.000967, 0.000967, 0.010958};
-    for (unsigned int k = 0; k < 4; ++k)
-        EXPECT_NEAR(model.mMixtures[0]->mCovarianceInverse.data()[k], inverse[k], 1e-6);
+    EXPECT_THAT(elementsOf(model.mMixtures[0]->mCovarianceInverse),
+                Pointwise(testing::DoubleNear(1e-6), {0.324877, 0.000967, 0.000967, 0.010958}));
 }
 
-TEST(ColorGmmTest, CopiesAreDeep) {
-    ColorGMM source(1, 2);
-    source.mMixtures[0]->mMean[0] = 5.0;
-    source.mMixtures[0]->mCovarianceInverse.fill(3.0);
-    source.mEpsilon = 0.5;
+class ColorGmmCopyTest : public testing::Test {
+protected:
+    ColorGmmCopyTest() {
+        for (auto& component : source.mMixtures)
+            component->mMean[0] = component->mCovariance(1, 0) = component->mCovarianceInverse(1, 1) = next += 1.0;
+        source.mMixtures[1]->mDeterminant = source.mMixtures[1]->mWeight = 0.25F;
+        source.mEpsilon = 0.5;
+    }
+
+    static std::vector<double> contentOf(const ColorGMM& model) {
+        std::vector<double> content{model.mEpsilon};
+        for (const auto& component : model.mMixtures)
+            content.insert(content.end(),
+                           {component->mMean[0], component->mCovariance(1, 0), component->mCovarianceInverse(1, 1),
+                            component->mDeterminant, component->mWeight, 1.0 * component->mDim});
+        return content;
+    }
+
+    double next = 4.0;
+    ColorGMM source{2, 2};
+};
+
+TEST_F(ColorGmmCopyTest, IsDeepAndOverwritesNoComponentThatAUserHolds) {
     ColorGMM target(3, 4);
     const auto kept = target.mMixtures[0];
     target = source;
     target = static_cast<const ColorGMM&>(target);
     const ColorGMM copy(target);
+    EXPECT_THAT(contentOf(target), testing::ElementsAre(0.5, 5, 5, 5, 0, 1, 2, 6, 6, 6, 0.25, 0.25, 2));
+    EXPECT_EQ(contentOf(copy), contentOf(target));
     source.mMixtures[0]->mMean[0] = 9.0;
-    for (const ColorGMM* model : {static_cast<const ColorGMM*>(&target), &copy}) {
-        ASSERT_EQ(model->dimension(), 1U);
-        EXPECT_EQ(model->mMixtures[0]->mMean[0], 5.0);
-        EXPECT_EQ(model->mMixtures[0]->mCovarianceInverse(1, 1), 3.0);
-        EXPECT_EQ(model->mEpsilon, 0.5);
-    }
-    EXPECT_EQ(kept->mDim, 4U) << "a component that a user holds is never overwritten";
+    EXPECT_EQ(target.mMixtures[0]->mMean[0], 5.0);
+    EXPECT_EQ(copy.mMixtures[0]->mMean[0], 5.0);
+    EXPECT_EQ(kept->mDim, 4U);
     source.mMixtures[0].reset();
     EXPECT_DEATH(target = source, "a slot of the mixture is empty");
+}
+
+TEST_F(ColorGmmCopyTest, MovesTheComponentsThemselves) {
+    static_assert(std::is_nothrow_move_constructible_v<ColorGMM> && std::is_nothrow_move_assignable_v<ColorGMM>);
+    const auto before = contentOf(source);
+    const auto* component = source.mMixtures[1].get();
+    ColorGMM moved(std::move(source));
+    EXPECT_EQ(source.dimension(), 0U);
+    source = std::move(moved);
+    EXPECT_EQ(contentOf(source), before);
+    EXPECT_EQ(source.mMixtures[1].get(), component);
 }
 
 }  // namespace

@@ -3,8 +3,10 @@
 #include "support/Poses.h"
 
 #include <array>
+#include <type_traits>
 
 using tarvos::core::cvdata::ColourHist2d;
+using tarvos::math::Vector;
 
 namespace {
 
@@ -13,14 +15,14 @@ void expectShape(const ColourHist2d& histogram, std::array<unsigned char, 3> bin
     histogram.getBins(&actual[0], nullptr, &actual[2]);
     histogram.getBins(nullptr, &actual[1], nullptr);
     EXPECT_EQ(actual, bins);
-    EXPECT_EQ(histogram.data().dimension(), static_cast<unsigned int>(bins[0] * bins[1] * bins[2]));
+    EXPECT_EQ(histogram.getBinsTotal(), static_cast<unsigned int>(bins[0] * bins[1] * bins[2]));
     EXPECT_EQ(histogram.data().dimension(), histogram.getBinsTotal());
 }
 
 TEST(ColourHist2dTest, ShapeAndStorageAgree) {
     expectShape(ColourHist2d(255, 255, 255), {255, 255, 255});
     ColourHist2d histogram(2, 1, 2);
-    tarvos::math::Vector input = vectorOf({1, 2, 3, 4});
+    Vector input = Vector::of(1, 2, 3, 4);
     histogram.setData(input);
     input.fill(0);
     histogram.setBins(2, 1, 2);
@@ -28,25 +30,45 @@ TEST(ColourHist2dTest, ShapeAndStorageAgree) {
     histogram.setBins(1, 2, 2);
     expectShape(histogram, {1, 2, 2});
     EXPECT_EQ(elementsOf(histogram.data()), std::vector<double>(4));
-    EXPECT_CONTRACT(histogram.setData(vectorOf({1, 2})), "core/cvdata/features/ColourHist2d.cpp",
+    EXPECT_CONTRACT(histogram.setData(Vector(2)), "core/cvdata/features/ColourHist2d.cpp",
                     "void tarvos::core::cvdata::ColourHist2d::setData(const tarvos::math::Vector&)",
                     "Input.dimension() == static_cast<std::size_t>(mBins1 * mBins2 * mBins3)");
 }
 
 TEST(ColourHist2dTest, CopiesAreDeep) {
-    ColourHist2d source(4, 4, 4);
+    ColourHist2d source(4, 3, 2);
     source.data().fill(3.0);
     ColourHist2d assigned(8, 8, 8);
     assigned = source;
     assigned = static_cast<const ColourHist2d&>(assigned);
     ColourHist2d copy(source);
     for (ColourHist2d* histogram : {&assigned, &copy}) {
-        expectShape(*histogram, {4, 4, 4});
-        EXPECT_EQ(elementsOf(histogram->data()), std::vector<double>(64, 3.0));
+        expectShape(*histogram, {4, 3, 2});
+        EXPECT_EQ(elementsOf(histogram->data()), std::vector<double>(24, 3.0));
         histogram->clear();
-        EXPECT_EQ(elementsOf(histogram->data()), std::vector<double>(64, 0.0));
+        EXPECT_EQ(elementsOf(histogram->data()), std::vector<double>(24, 0.0));
     }
     EXPECT_EQ(source.data()[0], 3.0);
+}
+
+TEST(ColourHist2dTest, MovesItsVectorAndThenSaysThatThereIsNone) {
+    static_assert(std::is_nothrow_move_constructible_v<ColourHist2d> &&
+                  std::is_nothrow_move_assignable_v<ColourHist2d>);
+    ColourHist2d source(4, 3, 2);
+    const Vector* vector = &source.data();
+    ColourHist2d moved(std::move(source));
+    EXPECT_EQ(&moved.data(), vector);
+    expectShape(moved, {4, 3, 2});
+    EXPECT_EQ(source.getBinsTotal(), 0U);
+    EXPECT_CONTRACT(source.data(), "core/cvdata/features/ColourHist2d.cpp",
+                    "tarvos::math::Vector& tarvos::core::cvdata::ColourHist2d::data() const",
+                    "mColourHistData != __null");
+    EXPECT_DEATH(moved = source, "mColourHistData != __null");
+    source.setBins(0, 0, 0);
+    expectShape(source, {0, 0, 0});
+    ColourHist2d gone(std::move(source));
+    source = moved;
+    expectShape(source, {4, 3, 2});
 }
 
 }  // namespace

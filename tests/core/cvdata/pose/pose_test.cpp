@@ -1,9 +1,13 @@
 #include "core/cvdata/pose/Pose.h"
 
+#include "core/cvdata/pose/VectorPose.h"
 #include "support/ContractDeath.h"
 #include "support/Poses.h"
 
+#include <memory>
+
 using tarvos::core::cvdata::Pose;
+using tarvos::core::cvdata::VectorPose;
 using tarvos::math::Vector;
 using testing::ElementsAre;
 
@@ -14,7 +18,7 @@ TEST(PoseTest, ReadingUpdatesWhatIsOutOfDate) {
     Vector data(3);
     Vector incData(2);
     pose.getData(data);
-    pose.outdate();
+    pose.outdate(true, true);
     pose.getData(data);
     pose.getData(data);
     EXPECT_EQ(pose.dataUpdates, 1);
@@ -22,14 +26,53 @@ TEST(PoseTest, ReadingUpdatesWhatIsOutOfDate) {
     pose.getIncData(incData);
     pose.getIncData(incData);
     EXPECT_EQ(pose.incUpdates, 2) << "its update leaves the flag at 0";
+}
 
+TEST(PoseTest, CopiesKeepWhatIsOutOfDate) {
+    TestPose pose(3, 2);
+    for (const bool data : {false, true}) {
+        pose.outdate(data, !data);
+        TestPose assigned(3, 2);
+        static_cast<Pose&>(assigned) = pose;
+        const std::unique_ptr<Pose> clone(pose.clone());
+        for (const Pose* copy : {static_cast<const Pose*>(&assigned), static_cast<const Pose*>(clone.get())}) {
+            EXPECT_EQ(copy->getUpdateFlag(), pose.getUpdateFlag());
+            EXPECT_EQ(copy->getUpdateIncFlag(), pose.getUpdateIncFlag());
+        }
+    }
+}
+
+TEST(PoseTest, StopsOnWrongSizes) {
+    TestPose pose(3, 2);
+    Vector three(3);
+    Vector two(2);
     const std::string function = "void tarvos::core::cvdata::Pose::";
-    EXPECT_CONTRACT(pose.getData(incData), "core/cvdata/pose/Pose.h", function + "getData(tarvos::math::Vector&)",
+    EXPECT_CONTRACT(pose.getData(two), "core/cvdata/pose/Pose.h", function + "getData(tarvos::math::Vector&)",
                     "(int)vec.dimension() == dimension() && \"ERROR: getData - vector sizes does not match!\"");
-    EXPECT_CONTRACT(pose.getIncData(data), "core/cvdata/pose/Pose.h", function + "getIncData(tarvos::math::Vector&)",
+    EXPECT_CONTRACT(pose.getIncData(three), "core/cvdata/pose/Pose.h", function + "getIncData(tarvos::math::Vector&)",
                     "((int)vec.dimension() == dof()) && \"ERROR: getIncData - vector sizes does not match!\"");
     EXPECT_DEATH(TestPose(2, -1), "count of elements is negative");
     EXPECT_DEATH(static_cast<Pose&>(pose) = TestPose(2, 2), "poses differ in kind");
+}
+
+TEST(VectorPoseTest, IsItsVectorInBothForms) {
+    const auto formsOf = [](Pose& pose) {
+        Vector data(2);
+        Vector incData(2);
+        pose.getData(data);
+        pose.getIncData(incData);
+        return std::vector{data[0], data[1], incData[0], incData[1]};
+    };
+    VectorPose pose(2);
+    pose.setIncData(Vector::of(3, 4));
+    const std::unique_ptr<VectorPose> clone(pose.clone());
+    pose.setData(Vector::of(5, 6));
+    EXPECT_THAT(formsOf(pose), ElementsAre(5, 6, 5, 6));
+    EXPECT_THAT(formsOf(*clone), ElementsAre(3, 4, 3, 4));
+    static_cast<Pose&>(pose) = *clone;
+    clone->resetData();
+    EXPECT_THAT(formsOf(pose), ElementsAre(3, 4, 3, 4));
+    EXPECT_THAT(formsOf(*clone), ElementsAre(0, 0, 0, 0));
 }
 
 }  // namespace

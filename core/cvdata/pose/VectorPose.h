@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Pose.h"
+
+namespace tarvos::core::cvdata {
+
+/// A pose that is its vector: a point, a box, joint angles. Data and incremental data are one and the same vector,
+/// which starts, and is reset to, zero.
+///
+/// Use it as it is, or derive from it in a line; clone() is what a derived class must give anew:
+///
+/// @snippet tracking.cpp box pose
+/// @ingroup tracking
+class TARVOS_CORE_EXPORT VectorPose : public Pose {
+public:
+    /// A pose of @p size elements, all zero. Stops the process when @p size is negative.
+    explicit VectorPose(int size) : Pose(size) {}
+    /// A copy of the vector.
+    VectorPose(const VectorPose& pose) = default;
+    /// Copies the vector. Stops the process when the sizes differ.
+    VectorPose& operator=(const VectorPose& pose) = default;
+    using Pose::operator=;
+    ~VectorPose() override;
+
+    VectorPose* clone() const override;
+    void setData(const math::Vector& data) override { *mData = data; }
+    void setIncData(const math::Vector& incData) override { *mData = incData; }
+    void resetData() override { mData->fill(0.0); }
+    void resetIncData() override { mData->fill(0.0); }
+    void updateData() override {}
+    void updateIncData() override {}
+};
+
+}  // namespace tarvos::core::cvdata

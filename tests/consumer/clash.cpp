@@ -1,0 +1,26 @@
+// A program whose own headers have the names of the library's, and that uses both.
+#include "core/Contract.h"
+#include "core/Exception.h"
+#include "core/Export.h"
+#include "core/cvdata/Image.h"  // the short form goes on working
+#include "math/Matrix.h"
+#include "math/Vector.h"
+
+#include <tarvos/core/Exception.h>
+#include <tarvos/core/cvdata/TiledImage.h>
+#include <tarvos/core/cvdata/features/ColorGMM.h>
+#include <tarvos/core/cvdata/pose/VectorPose.h>
+#include <tarvos/core/trackingdata/State.h>
+
+#if !defined(OWN_Contract) || !defined(OWN_Exception) || !defined(OWN_Export) || !defined(OWN_Matrix) || \
+    !defined(OWN_Vector)
+#error "a header of the library came between"
+#endif
+
+#include <iostream>
+
+int main(int argc, char** argv) {
+    const tarvos::core::cvdata::Image image(argc > 1 ? argv[1] : "");
+    const tarvos::core::State state(tarvos::core::cvdata::VectorPose(2), 2);
+    std::cout << image.width() << " pixels, " << state.stateDimension() << " elements" << std::endl;
+}
