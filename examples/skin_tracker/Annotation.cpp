@@ -1,7 +1,7 @@
 #include "Annotation.h"
 
-#include <opencv2/core/core_c.h>
 #include <opencv2/imgproc.hpp>
+#include <tarvos/core/cvdata/MatView.h>
 
 namespace skin_tracker {
 
@@ -23,17 +23,19 @@ cv::Point pixel(const tarvos::math::Vector4& sample) {
 }  // namespace
 
 void Annotation::follow(const Tracker& tracker) {
-    if (!tracker.started())
+    if (!tracker.tracking()) {
+        mTrail.clear();
         return;
+    }
     mTrail.emplace_back(tracker.motion().centre());
     if (mTrail.size() > TRAIL_LENGTH)
         mTrail.pop_front();
 }
 
 void Annotation::draw(const Tracker& tracker, tarvos::core::cvdata::Image& frame) const {
-    if (!tracker.started())
+    if (!tracker.tracking())
         return;
-    cv::Mat pixels = cv::cvarrToMat(frame.iplImage());
+    cv::Mat pixels = matView(frame);
     for (const auto& edge : tracker.outline().mEdges)
         cv::line(pixels, pixel(edge.mPointRefs.front()->mVec4), pixel(edge.mPointRefs.back()->mVec4), GREEN, 2);
     for (std::size_t i = 1; i < mTrail.size(); ++i)

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "Tracker.h"
-#include "core/cvdata/Image.h"
 
 #include <opencv2/core.hpp>
+#include <tarvos/core/cvdata/Image.h>
 
 #include <deque>
 

@@ -1,15 +1,15 @@
 #include "FrameSource.h"
 
-#include "core/util/Filesystem.h"
-
-#include <opencv2/core/core_c.h>
 #include <opencv2/core/utils/logger.hpp>
 #include <opencv2/videoio.hpp>
+#include <tarvos/core/cvdata/MatView.h>
+#include <tarvos/core/util/Filesystem.h>
 
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
 #include <filesystem>
+#include <iostream>
 #include <stdexcept>
 #include <vector>
 
@@ -35,36 +35,51 @@ bool isImage(const std::string& name) {
     return std::find(std::begin(endings), std::end(endings), ending) != std::end(endings);
 }
 
-class Video : public FrameSource {
+/// What OpenCV captures from a video file or a camera.
+class Capture : public FrameSource {
 public:
-    explicit Video(const std::string& path) : mPath(path) {
-        // What is wrong with a file is said once, by this program.
-        cv::utils::logging::setLogLevel(cv::utils::logging::LOG_LEVEL_SILENT);
-        setenv("OPENCV_FFMPEG_LOGLEVEL", "-8", 0);
-        if (!mCapture.open(path, cv::CAP_FFMPEG))
-            throw std::runtime_error("cannot decode the video " + path);
-        const double rate = mCapture.get(cv::CAP_PROP_FPS);
-        mFrameRate = rate > 0.0 ? rate : DEFAULT_FRAME_RATE;
+    explicit Capture(const std::string& path) : mName("the video " + path) {
+        keepQuiet();
+        // From the root: FFmpeg takes what stands before a colon for a protocol.
+        if (!mCapture.open(std::filesystem::absolute(path), cv::CAP_FFMPEG))
+            throw std::runtime_error("cannot decode " + mName);
+        mFrameCount = std::max(static_cast<int>(mCapture.get(cv::CAP_PROP_FRAME_COUNT)), 0);
+    }
+    explicit Capture(int camera) : mName("camera " + std::to_string(camera)) {
+        keepQuiet();
+        if (!mCapture.open(camera, cv::CAP_V4L2))
+            throw std::runtime_error("there is no " + mName);
     }
 
     bool read(Image& frame) override {
         if (!mCapture.read(mDecoded) || mDecoded.empty())
             return false;
         if (mDecoded.type() != CV_8UC3)
-            throw std::runtime_error("the video " + mPath + " has no 8-bit colour frames");
-        const IplImage header = cvIplImage(mDecoded);
-        frame = Image(&header);
+            throw std::runtime_error(mName + " has no 8-bit colour frames");
+        if (frame.width() != mDecoded.cols || frame.height() != mDecoded.rows)
+            frame = Image(mDecoded.cols, mDecoded.rows, Image::CHANNELS_BGR, Image::BITS_8U);
+        mDecoded.copyTo(matView(frame));
         return true;
     }
 
     bool skip() override { return mCapture.grab(); }
-    double frameRate() const override { return mFrameRate; }
+    double frameRate() const override {
+        const double rate = mCapture.get(cv::CAP_PROP_FPS);
+        return rate > 0.0 ? rate : DEFAULT_FRAME_RATE;
+    }
+    int frameCount() const override { return mFrameCount; }
 
 private:
-    std::string mPath;
+    /// What is wrong with an input is said once, by this program.
+    static void keepQuiet() {
+        cv::utils::logging::setLogLevel(cv::utils::logging::LOG_LEVEL_SILENT);
+        setenv("OPENCV_FFMPEG_LOGLEVEL", "-8", 0);
+    }
+
+    std::string mName;
+    int mFrameCount = 0;
     cv::VideoCapture mCapture;
     cv::Mat mDecoded;
-    double mFrameRate = 0.0;
 };
 
 class ImageDirectory : public FrameSource {
@@ -83,29 +98,31 @@ public:
     }
 
     bool read(Image& frame) override {
-        if (mNext == mPaths.size())
-            return false;
-        const std::string& path = mPaths[mNext++];
-        Image loaded(path);
-        if (loaded.imageBuffer() == nullptr)
-            throw AlreadyReported();
-        if (mWidth != 0 && (loaded.width() != mWidth || loaded.height() != mHeight))
-            throw std::runtime_error("frame " + path + " is " + size(loaded.width(), loaded.height()) +
-                                     " pixels, the frames before it " + size(mWidth, mHeight));
-        mWidth = loaded.width();
-        mHeight = loaded.height();
-        frame = std::move(loaded);
-        return true;
+        while (mNext < mPaths.size()) {
+            const std::string& path = mPaths[mNext++];
+            Image loaded(path);
+            if (loaded.empty())
+                continue;  // which has been reported
+            if (mSize.empty())
+                mSize = cv::Size(loaded.width(), loaded.height());
+            if (mSize == cv::Size(loaded.width(), loaded.height())) {
+                frame = std::move(loaded);
+                return true;
+            }
+            std::cerr << "skin_tracker: passed over " + path + ", which is " + size(loaded.width(), loaded.height()) +
+                             " pixels, the frames before it " + size(mSize.width, mSize.height) + "\n";
+        }
+        return false;
     }
 
     bool skip() override { return mNext < mPaths.size() && ++mNext > 0; }
     double frameRate() const override { return DEFAULT_FRAME_RATE; }
+    int frameCount() const override { return static_cast<int>(mPaths.size()); }
 
 private:
     std::vector<std::string> mPaths;
     std::size_t mNext = 0;
-    int mWidth = 0;
-    int mHeight = 0;
+    cv::Size mSize;
 };
 
 }  // namespace
@@ -113,7 +130,13 @@ private:
 std::unique_ptr<FrameSource> FrameSource::open(const std::string& path) {
     if (std::filesystem::is_directory(path))
         return std::make_unique<ImageDirectory>(path);
-    return std::make_unique<Video>(path);
+    if (!std::filesystem::is_regular_file(path))
+        throw std::runtime_error(path + " is neither a directory nor a regular file");
+    return std::make_unique<Capture>(path);
+}
+
+std::unique_ptr<FrameSource> FrameSource::openCamera(int number) {
+    return std::make_unique<Capture>(number);
 }
 
 }  // namespace skin_tracker

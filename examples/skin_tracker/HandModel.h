@@ -1,8 +1,7 @@
 #pragma once
 
-#include "core/cvdata/features/ColourHist2d.h"
-
 #include <opencv2/core.hpp>
+#include <tarvos/core/cvdata/features/ColourHist2d.h>
 
 namespace skin_tracker {
 

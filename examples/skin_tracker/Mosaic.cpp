@@ -1,7 +1,7 @@
 #include "Mosaic.h"
 
-#include <opencv2/core/core_c.h>
 #include <opencv2/imgproc.hpp>
+#include <tarvos/core/cvdata/MatView.h>
 
 #include <algorithm>
 
@@ -18,16 +18,22 @@ constexpr std::size_t CELLS = GRID * GRID;
 constexpr std::size_t MOST_KEPT = 8 * CELLS;
 constexpr int CELL_WIDTH = 320;
 
+const cv::Scalar FRAME(0, 0, 0);
+const cv::Scalar CAPTION(255, 255, 255);
+
 }  // namespace
 
-void Mosaic::add(const Image& frame) {
+void Mosaic::add(const Image& frame, const std::string& caption) {
     if (mOffered++ % mStride != 0)
         return;
     const double scale = std::min(1.0, static_cast<double>(CELL_WIDTH) / frame.width());
     Image cell(std::max(1, cvRound(frame.width() * scale)), std::max(1, cvRound(frame.height() * scale)),
                frame.channels(), frame.bitsPerChannel());
-    cv::Mat pixels = cv::cvarrToMat(cell.iplImage());
-    cv::resize(cv::cvarrToMat(frame.iplImage()), pixels, pixels.size(), 0, 0, cv::INTER_AREA);
+    cv::Mat pixels = matView(cell);
+    cv::resize(matView(frame), pixels, pixels.size(), 0, 0, cv::INTER_AREA);
+    cv::rectangle(pixels, cv::Rect(0, 0, pixels.cols, pixels.rows), FRAME);
+    cv::putText(pixels, caption, {6, pixels.rows - 8}, cv::FONT_HERSHEY_SIMPLEX, 0.45, FRAME, 3, cv::LINE_AA);
+    cv::putText(pixels, caption, {6, pixels.rows - 8}, cv::FONT_HERSHEY_SIMPLEX, 0.45, CAPTION, 1, cv::LINE_AA);
     mKept.push_back(std::move(cell));
 
     if (mKept.size() == MOST_KEPT) {

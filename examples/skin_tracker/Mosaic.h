@@ -1,8 +1,9 @@
 #pragma once
 
-#include "core/cvdata/TiledImage.h"
+#include <tarvos/core/cvdata/TiledImage.h>
 
 #include <cstddef>
+#include <string>
 #include <vector>
 
 namespace skin_tracker {
@@ -10,8 +11,8 @@ namespace skin_tracker {
 /// Collects frames of a sequence of unknown length and lays 16 of them, evenly spread, out as a 4 x 4 mosaic.
 class Mosaic {
 public:
-    /// Offers the next frame of the sequence, of which a copy may be kept, not larger than a cell.
-    void add(const tarvos::core::cvdata::Image& frame);
+    /// Offers the next frame of the sequence, of which a copy may be kept, not larger than a cell and with @p caption.
+    void add(const tarvos::core::cvdata::Image& frame, const std::string& caption);
 
     /// The mosaic of the frames kept; with fewer than 16, the cells left over are black. At least one frame must have
     /// been added.

@@ -1,6 +1,6 @@
 #include "MotionFilter.h"
 
-#include "BoxPose.h"
+#include <tarvos/core/cvdata/pose/VectorPose.h>
 
 #include <algorithm>
 #include <cmath>
@@ -9,20 +9,16 @@ namespace skin_tracker {
 
 namespace {
 
-using tarvos::core::State;
+using tarvos::core::cvdata::VectorPose;
 using tarvos::math::Vector;
 
-constexpr int BOX = BoxPose::SIZE;
+/// Elements of a box: centre x, centre y, width and height in pixels.
+constexpr int BOX = 4;
 
 /// How surely a box is seen: the edge of a hand is ragged by a few pixels.
 constexpr double MEASUREMENT_DEVIATION = 2.0;
 /// A hand changes its velocity by a few picture widths a second, within a second.
 constexpr double WIDTHS_PER_SECOND = 3.0;
-
-State initialState(int order) {
-    BoxPose pose;
-    return {pose, order};
-}
 
 /// A matrix of OpenCV over the elements of @p vector.
 cv::Mat view(Vector& vector) {
@@ -43,7 +39,7 @@ double taylor(double dt, int n) {
 MotionFilter::MotionFilter(int order, int pictureWidth)
     : mOrder(order),
       mJerkiness(WIDTHS_PER_SECOND * pictureWidth),
-      mState(initialState(order)),
+      mState(VectorPose(BOX), order),
       mFilter(mState.stateIncDimension(), BOX, 0, CV_64F) {
     cv::setIdentity(mFilter.measurementMatrix);
     cv::setIdentity(mFilter.measurementNoiseCov, cv::Scalar::all(MEASUREMENT_DEVIATION * MEASUREMENT_DEVIATION));
@@ -76,6 +72,12 @@ void MotionFilter::predict(double time) {
         }
     }
     store(mFilter.predict(), time);
+}
+
+void MotionFilter::keepSize() {
+    for (int order = 1; order < mOrder; ++order)
+        mFilter.statePost.rowRange(order * BOX + 2, order * BOX + 4).setTo(0.0);
+    store(mFilter.statePost, mState.getTimeStamp());
 }
 
 void MotionFilter::correct(const cv::Rect2d& box) {

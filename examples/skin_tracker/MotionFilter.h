@@ -1,14 +1,13 @@
 #pragma once
 
-#include "core/trackingdata/State.h"
-
 #include <opencv2/core.hpp>
 #include <opencv2/video/tracking.hpp>
+#include <tarvos/core/trackingdata/State.h>
 
 namespace skin_tracker {
 
 /// Estimates the motion of a box from the boxes seen: a Kalman filter whose state vector is the packed incremental
-/// form of a State of BoxPose: box | velocity | acceleration | ..., in pixels and seconds.
+/// form of a State: box | velocity | acceleration | ..., in pixels and seconds.
 class MotionFilter {
 public:
     /// A filter for boxes in pictures @p pictureWidth pixels wide, with derivatives up to @p order - 1.
@@ -18,6 +17,8 @@ public:
     void start(const cv::Rect2d& box, double time);
     /// Moves on to @p time, which is not before the state's.
     void predict(double time);
+    /// Lets the box keep its size until the next correction.
+    void keepSize();
     /// Takes the box seen at the state's time into account.
     void correct(const cv::Rect2d& box);
 

@@ -1,9 +1,8 @@
 #pragma once
 
-#include "core/cvdata/features/Blobs.h"
-#include "core/cvdata/features/VisContourSamplePts.h"
-
 #include <opencv2/core.hpp>
+#include <tarvos/core/cvdata/features/Blobs.h>
+#include <tarvos/core/cvdata/features/VisContourSamplePts.h>
 
 namespace skin_tracker {
 

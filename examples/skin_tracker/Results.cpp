@@ -1,18 +1,16 @@
 #include "Results.h"
 
-#include "core/util/Filesystem.h"
+#include <tarvos/core/util/Filesystem.h>
 
-#include <opencv2/core/core_c.h>
-#include <opencv2/imgcodecs.hpp>
-
-#include <cstdio>
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <stdexcept>
-#include <unistd.h>
 
 namespace skin_tracker {
 
-using tarvos::core::cvdata::Image;
+namespace fs = std::filesystem;
 using tarvos::core::util::Filesystem;
 
 Results::Results(const std::string& path) : mPath(path) {
@@ -21,24 +19,23 @@ Results::Results(const std::string& path) : mPath(path) {
     } catch (const std::exception& error) {
         throw std::runtime_error("cannot create the output directory " + path);
     }
-    if (access(path.c_str(), W_OK | X_OK) != 0)
+    mWork = path + "/.skin_tracker-XXXXXX";
+    if (mkdtemp(mWork.data()) == nullptr) {
+        mWork.clear();
         throw std::runtime_error("cannot write to the output directory " + path);
+    }
 }
 
 Results::~Results() {
-    for (const std::string& name : mNames)
-        std::remove(partPath(name).c_str());
+    std::error_code ignored;
+    fs::remove_all(mWork, ignored);
     if (mCreated)
-        std::remove(mPath.c_str());  // which only an empty directory lets happen
-}
-
-std::string Results::partPath(const std::string& name) const {
-    return mPath + "/.part." + name;
+        fs::remove(mPath, ignored);  // which only an empty directory lets happen
 }
 
 std::string Results::partOf(const std::string& name) {
     mNames.push_back(name);
-    return partPath(name);
+    return mWork + "/" + name;
 }
 
 void Results::write(const std::string& name, const std::string& text) {
@@ -46,20 +43,23 @@ void Results::write(const std::string& name, const std::string& text) {
     file << text;
     file.close();
     if (!file)
-        throw std::runtime_error("cannot write " + mPath + "/" + name);
+        throw std::runtime_error("cannot write " + name + ": is the disk full?");
 }
 
-void Results::write(const std::string& name, const Image& image) {
-    std::vector<unsigned char> encoded;
-    cv::imencode(name.substr(name.rfind('.')), cv::cvarrToMat(image.iplImage()), encoded);
-    write(name, std::string(encoded.begin(), encoded.end()));
-}
-
-void Results::publish() {
-    for (const std::string& name : mNames)
-        Filesystem::mv(partPath(name), mPath + "/" + name);
-    mNames.clear();
+std::vector<std::string> Results::publish(const std::vector<std::string>& possible) {
+    for (const std::string& name : possible)
+        if (fs::is_directory(fs::symlink_status(mPath + "/" + name)))
+            throw std::runtime_error(mPath + "/" + name + " is a directory");
+    std::vector<std::string> published;
+    for (const std::string& name : mNames) {
+        fs::rename(mWork + "/" + name, mPath + "/" + name);
+        published.push_back(mPath + "/" + name);
+    }
+    for (const std::string& name : possible)
+        if (std::find(mNames.begin(), mNames.end(), name) == mNames.end())
+            fs::remove(mPath + "/" + name);
     mCreated = false;
+    return published;
 }
 
 }  // namespace skin_tracker

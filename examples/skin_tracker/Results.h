@@ -1,14 +1,13 @@
 #pragma once
 
-#include "core/cvdata/Image.h"
-
 #include <string>
 #include <vector>
 
 namespace skin_tracker {
 
-/// The files a run writes. They appear in the output directory together, once all of them are complete; of a run that
-/// fails nothing is left.
+/// The files that a run writes. They are made in a directory of their own and appear in the output directory together,
+/// once all of them are complete and can be moved there; of a run that fails nothing is left, and the output directory
+/// is as it was.
 class Results {
 public:
     /// Creates the directory @p path when it is missing. Throws `std::runtime_error` when that cannot be done or the
@@ -22,17 +21,16 @@ public:
     std::string partOf(const std::string& name);
     /// Writes a file whole. Throws `std::runtime_error` when that cannot be done.
     void write(const std::string& name, const std::string& text);
-    void write(const std::string& name, const tarvos::core::cvdata::Image& image);
 
-    /// Gives all files their names. Throws `tarvos::core::Exception` when that cannot be done.
-    void publish();
+    /// Gives all files their names, and removes those of @p possible that an earlier run made and this one did not.
+    /// Their paths. Throws `std::runtime_error` when one of them cannot be published, and then publishes none.
+    std::vector<std::string> publish(const std::vector<std::string>& possible);
 
 private:
     std::string mPath;
+    std::string mWork;  ///< the directory in which the files are made
     bool mCreated = false;
     std::vector<std::string> mNames;
-
-    std::string partPath(const std::string& name) const;
 };
 
 }  // namespace skin_tracker

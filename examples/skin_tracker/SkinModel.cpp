@@ -1,6 +1,6 @@
 #include "SkinModel.h"
 
-#include "core/cvdata/features/ColorGMM.h"
+#include <tarvos/core/cvdata/features/ColorGMM.h>
 
 #include <cmath>
 

@@ -2,8 +2,8 @@
 
 #include "Regions.h"
 
-#include <opencv2/core/core_c.h>
 #include <opencv2/imgproc.hpp>
+#include <tarvos/core/cvdata/MatView.h>
 
 #include <algorithm>
 #include <cmath>
@@ -15,6 +15,12 @@ namespace {
 using tarvos::core::cvdata::Blobs;
 using tarvos::core::cvdata::Image;
 
+/// What has not moved for so long, in seconds, since it was first seen is no hand; a hand that has moved may rest
+/// longer.
+constexpr double LONGEST_STILLNESS = 1.0;
+constexpr double LONGEST_REST = 10.0;
+/// A track ends when the hand was not seen for longer than this, in seconds.
+constexpr double LONGEST_ABSENCE = 2.0;
 /// Regions up to this share of the picture are no hand.
 constexpr double LEAST_AREA = 0.002;
 /// So many frames teach the colours of the hand.
@@ -36,7 +42,7 @@ const Blobs::BlobInfo* largest(const Blobs& blobs) {
 }  // namespace
 
 void Tracker::process(const Image& frame, double time) {
-    const cv::Mat pixels = cv::cvarrToMat(frame.iplImage());
+    const cv::Mat pixels = matView(frame);
     const double leastArea = LEAST_AREA * pixels.cols * pixels.rows;
     cv::Mat hsv;
     cv::cvtColor(pixels, hsv, cv::COLOR_RGB2HSV);
@@ -44,24 +50,29 @@ void Tracker::process(const Image& frame, double time) {
         mMotion->predict(time);
         mPredictedCentre = mMotion->centre();
     }
+    mStillness.look(pixels, time);
     if (mFramesLearned < FRAMES_TO_LEARN)
         learn(hsv, leastArea);
 
     cv::Mat mask;
     mHand.mark(hsv, mask);
+    mStillness.removeBackground(mask);
     tidy(mask);
     const Regions regions(mask, leastArea);
     mBlobs = regions.blobs();
     const Blobs::BlobInfo* hand = pick();
-    mFound = hand != nullptr;
-    mFramesMissed = mFound ? 0 : mFramesMissed + 1;
+    const cv::Mat region = hand != nullptr ? regions.maskOf(*hand) : cv::Mat();
+    mFound = hand != nullptr && !isBackground(region, time);
+    if (hand != nullptr && !mFound)
+        giveUp(region);
     if (!mFound) {
-        mOutline.clear();
-        mOutline.mPoints.clear();
+        miss(time);
         return;
     }
+    mFramesMissed = 0;
+    mLastSeen = time;
     mArea = hand->mField2;
-    traceOutline(regions.maskOf(*hand), mOutline);
+    traceOutline(region, mOutline);
     if (mMotion) {
         mMotion->correct(boxOf(*hand));
     } else {
@@ -71,10 +82,44 @@ void Tracker::process(const Image& frame, double time) {
     }
 }
 
+/// Whether @p region, which would be the hand at @p time, has been still for too long to be one.
+bool Tracker::isBackground(const cv::Mat& region, double time) {
+    if (!mMotion) {  // a new track
+        mHasMoved = false;
+        mLastMoved = time;
+    } else if (mStillness.moves(region)) {
+        mHasMoved = true;
+        mLastMoved = time;
+    }
+    return time - mLastMoved > (mHasMoved ? LONGEST_REST : LONGEST_STILLNESS);
+}
+
+/// Ends the track of what has turned out to be background.
+void Tracker::giveUp(const cv::Mat& region) {
+    mStillness.remember(region);
+    mMotion.reset();
+    if (!mHasMoved) {  // the colours learned are not a hand's
+        mHand = HandModel();
+        mFramesLearned = 0;
+    }
+}
+
+/// Goes on without a hand in the frame at @p time.
+void Tracker::miss(double time) {
+    ++mFramesMissed;
+    mOutline.clear();
+    mOutline.mPoints.clear();
+    if (mMotion && time - mLastSeen > LONGEST_ABSENCE)
+        mMotion.reset();
+    else if (mMotion)
+        mMotion->keepSize();
+}
+
 /// Teaches the hand's colours, if the general model finds skin.
 void Tracker::learn(const cv::Mat& hsv, double leastArea) {
     cv::Mat skin;
     mSkin.mark(hsv, skin);
+    mStillness.removeBackground(skin);
     tidy(skin);
     const Regions regions(skin, leastArea);
     if (const Blobs::BlobInfo* region = largest(regions.blobs())) {

@@ -3,11 +3,12 @@
 #include "HandModel.h"
 #include "MotionFilter.h"
 #include "SkinModel.h"
-#include "core/cvdata/Image.h"
-#include "core/cvdata/features/Blobs.h"
-#include "core/cvdata/features/VisContourSamplePts.h"
+#include "Stillness.h"
 
 #include <opencv2/core.hpp>
+#include <tarvos/core/cvdata/Image.h>
+#include <tarvos/core/cvdata/features/Blobs.h>
+#include <tarvos/core/cvdata/features/VisContourSamplePts.h>
 
 #include <optional>
 
@@ -17,7 +18,9 @@ namespace skin_tracker {
 ///
 /// The general skin model starts the track at the largest region of skin. The first frames teach the colours of this
 /// hand, which then take over. In each frame the region nearest to the predicted place is taken for the hand; when
-/// there is none within reach, the prediction goes on alone, its reach growing, until the hand is back.
+/// there is none within reach, the prediction goes on alone, its size kept and its reach growing, until the hand is
+/// back; after two seconds the track ends, and the hand is looked for anew. What has the colours but stays as still as
+/// the background is background: it is given up and does not come back.
 class Tracker {
 public:
     /// Tracks with derivatives of the box up to @p order - 1.
@@ -26,8 +29,9 @@ public:
     /// Looks for the hand in @p frame (8-bit BGR) at @p time in seconds, later than the frame before.
     void process(const tarvos::core::cvdata::Image& frame, double time);
 
-    /// Whether a hand has been seen in any frame. Before that, there is no motion() to ask for.
-    bool started() const { return mMotion.has_value(); }
+    /// Whether there is a track: a hand was seen, and not longer ago than two seconds. Otherwise there is no motion()
+    /// to ask for.
+    bool tracking() const { return mMotion.has_value(); }
     /// Whether the hand was seen in the last frame.
     bool found() const { return mFound; }
     /// The estimate of where the hand is and how it moves.
@@ -44,6 +48,7 @@ public:
 private:
     int mOrder;
     SkinModel mSkin;
+    Stillness mStillness;
     HandModel mHand;
     int mFramesLearned = 0;
     std::optional<MotionFilter> mMotion;
@@ -52,9 +57,15 @@ private:
     tarvos::core::cvdata::VisContourSamplePts mOutline;
     bool mFound = false;
     int mFramesMissed = 0;
+    double mLastSeen = 0.0;
+    double mLastMoved = 0.0;
+    bool mHasMoved = false;
     int mArea = 0;
 
     void learn(const cv::Mat& hsv, double leastArea);
+    void miss(double time);
+    bool isBackground(const cv::Mat& region, double time);
+    void giveUp(const cv::Mat& region);
     const tarvos::core::cvdata::Blobs::BlobInfo* pick() const;
 };
 

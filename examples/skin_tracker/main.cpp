@@ -1,29 +1,31 @@
 /// @file
 /// Tracks a hand in a video or in a directory of images.
 
-#include "Annotation.h"
 #include "FrameSource.h"
-#include "Mosaic.h"
-#include "Results.h"
+#include "Interruption.h"
+#include "Progress.h"
+#include "Recorder.h"
 #include "Tracker.h"
-#include "core/Exception.h"
-#include "core/parser/CmdLineParser.h"
-#include "core/util/Resources.h"
+#include "Window.h"
+
+#include <tarvos/core/Exception.h>
+#include <tarvos/core/parser/CmdLineParser.h>
+#include <tarvos/core/util/Resources.h>
 #ifdef TARVOS_WITH_OPENGL
-#include "core/SystemManager.h"
+#include <tarvos/core/SystemManager.h>
 #endif
 
-#include <opencv2/core/core_c.h>
-#include <opencv2/videoio.hpp>
-
 #include <charconv>
-#include <iomanip>
+#include <cmath>
+#include <filesystem>
 #include <iostream>
 #include <limits>
-#include <locale>
+#include <memory>
 #include <optional>
 #include <sstream>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -31,8 +33,6 @@ using namespace skin_tracker;
 using tarvos::core::cvdata::Image;
 using tarvos::core::parser::CmdLineParser;
 using tarvos::core::util::Resources;
-
-constexpr int FRAMES_PER_PROGRESS_LINE = 100;
 
 /// The whole number that option @p name holds; throws unless it lies between @p least and @p most.
 int numberOf(const CmdLineParser& parser, const std::string& name, int least,
@@ -47,6 +47,15 @@ int numberOf(const CmdLineParser& parser, const std::string& name, int least,
     return number;
 }
 
+void rejectUnknown(const std::vector<std::string>& words) {
+    if (words.empty())
+        return;
+    std::string named = words.size() == 1 ? "unknown option" : "unknown options";
+    for (const std::string& word : words)
+        named += " " + word;
+    throw std::runtime_error(named + ", see -help");
+}
+
 void checkGpu() {
 #ifdef TARVOS_WITH_OPENGL
     tarvos::core::SystemManager::instance().initOpenGLContext(64, 64, 0, 0, "skin_tracker", true);
@@ -55,122 +64,135 @@ void checkGpu() {
 #endif
 }
 
-/// track.csv, row by row.
-class Table {
-public:
-    Table() {
-        mText.imbue(std::locale::classic());
-        mText << "frame,time,x,y,width,height,vx,vy,blobs,area,found\n" << std::fixed;
+/// The path of the input that is asked for: itself, or in the data directory; empty for a camera.
+std::string inputOf(const CmdLineParser& parser) {
+    std::string name = parser.getValue("input");
+    if (parser.isSet("camera"))
+        return "";
+    if (name.empty())
+        throw std::runtime_error("-input takes the name of a video or a directory");
+    if (std::filesystem::exists(name))
+        return name;
+    std::string found = Resources("", "skin_tracker").findFile(name);
+    if (found.empty())
+        throw std::runtime_error("there is no " + name);
+    return found;
+}
+
+/// Loads the skin model without its print-out.
+Tracker trackerOf(int order) {
+    std::streambuf* output = std::cout.rdbuf(nullptr);
+    Tracker tracker(order);
+    std::cout.rdbuf(output);
+    std::cout.clear();
+    return tracker;
+}
+
+/// What there is to do, as the command line says.
+struct Task {
+    explicit Task(const CmdLineParser& parser)
+        : step(numberOf(parser, "step", 1)),
+          most(numberOf(parser, "frames", 0)),
+          order(numberOf(parser, "order", 2, 4)),
+          input(inputOf(parser)),
+          output(parser.getValue("output")),
+          camera(parser.isSet("camera") ? numberOf(parser, "camera", 0) : -1),
+          withVideo(parser.getValueBool("video")),
+          isShown(parser.getValueBool("show")) {
+        std::error_code none;
+        if (std::filesystem::equivalent(input, output, none))
+            throw std::runtime_error("the output directory is the input");
     }
 
-    void add(int frame, double time, const Tracker& tracker) {
-        mText << frame << ',' << std::setprecision(4) << time << std::setprecision(2);
-        if (tracker.started()) {
-            const MotionFilter& motion = tracker.motion();
-            mText << ',' << motion.centre().x << ',' << motion.centre().y << ',' << motion.box().width << ','
-                  << motion.box().height << ',' << motion.velocity().x << ',' << motion.velocity().y;
-        } else {
-            mText << ",,,,,,";
-        }
-        mText << ',' << tracker.blobs().dimension() << ',' << tracker.area() << ',' << tracker.found() << '\n';
+    /// How many of the frames that @p source says there are will be used; 0 when it does not say.
+    int expected(const FrameSource& source) const {
+        const int all = (source.frameCount() + step - 1) / step;
+        return most > 0 && all > 0 ? std::min(most, all) : all;
     }
 
-    std::string text() const { return mText.str(); }
+    int step, most, order;
+    std::string input, output;
+    int camera;  ///< -1 for none
+    bool withVideo, isShown;
 
-private:
-    std::ostringstream mText;
+    std::string source() const { return camera >= 0 ? "camera " + std::to_string(camera) : input; }
+    std::unique_ptr<FrameSource> open() const {
+        return camera >= 0 ? FrameSource::openCamera(camera) : FrameSource::open(input);
+    }
 };
 
-/// track.avi, frame by frame.
-class Video {
-public:
-    Video(const std::string& path, double frameRate) : mPath(path), mFrameRate(frameRate) {}
-
-    void add(const Image& frame) {
-        const cv::Mat pixels = cv::cvarrToMat(frame.iplImage());
-        if (!mWriter.isOpened() &&
-            !mWriter.open(mPath, cv::VideoWriter::fourcc('M', 'J', 'P', 'G'), mFrameRate, pixels.size()))
-            throw std::runtime_error("cannot write track.avi");
-        // FFmpeg's conversion reads a few bytes past the last row, which here lie in one row more.
-        mWithMargin.create(pixels.rows + 1, pixels.cols, pixels.type());
-        pixels.copyTo(mWithMargin.rowRange(0, pixels.rows));
-        mWriter.write(mWithMargin.rowRange(0, pixels.rows));
+/// Tracks to the end of the input or of the task, or to the first signal. How many frames a second that were.
+double track(const Task& task, FrameSource& source, Recorder& recorder, const Interruption& interruption) {
+    Tracker tracker = trackerOf(task.order);
+    std::optional<Window> window;
+    if (task.isShown)
+        window.emplace();
+    Progress progress(task.expected(source));
+    Image frame;
+    int number = 0;
+    bool isEscaped = false;
+    const auto isOver = [&] {
+        return isEscaped || interruption.signal() != 0 || (task.most > 0 && recorder.frames() == task.most);
+    };
+    for (; !isOver() && (number % task.step == 0 ? source.read(frame) : source.skip()); ++number) {
+        if (number % task.step != 0)
+            continue;
+        const double time = number / source.frameRate();
+        tracker.process(frame, time);
+        recorder.add(number, time, tracker, frame);
+        isEscaped = window && !window->show(frame);
+        progress.step();
     }
+    if (recorder.frames() == 0)
+        throw std::runtime_error(isOver() ? "interrupted before the first frame"
+                                          : "no frame can be decoded in " + task.source());
+    if (!isOver() && number < source.frameCount())
+        std::cerr << std::string("skin_tracker: the ") +
+                         (std::filesystem::is_directory(task.input) ? "directory" : "video") + " says " +
+                         std::to_string(source.frameCount()) + " frames, " + std::to_string(number) +
+                         " could be decoded\n";
+    return progress.framesPerSecond();
+}
 
-    void finish() { mWriter.release(); }
-
-private:
-    std::string mPath;
-    double mFrameRate;
-    cv::VideoWriter mWriter;
-    cv::Mat mWithMargin;
-};
-
-void run(const CmdLineParser& parser) {
-    const int step = numberOf(parser, "step", 1);
-    const int most = numberOf(parser, "frames", 0);
-    const int order = numberOf(parser, "order", 2, 4);
-    const bool withVideo = parser.getValueBool("video");
+/// Does what the command line asks for; the signal that ended it early, 0 for none.
+int run(const CmdLineParser& parser) {
+    const Task task(parser);
     if (parser.getValueBool("checkgpu"))
         checkGpu();
+    const auto source = task.open();
+    const Interruption interruption;
+    Recorder recorder(task.output, task.withVideo ? source->frameRate() / task.step : 0.0);
+    const double framesPerSecond = track(task, *source, recorder, interruption);
+    const std::vector<std::string> files = recorder.publish();
 
-    const Resources resources("", "skin_tracker");
-    const std::string input = resources.findFile(parser.getValue("input"));
-    if (input.empty())
-        throw std::runtime_error("there is no " + parser.getValue("input"));
-    const auto source = FrameSource::open(input);
-    Results results(parser.getValue("output"));
-
-    Tracker tracker(order);
-    Annotation annotation;
-    Mosaic mosaic;
-    Table table;
-    std::optional<Video> video;
-    if (withVideo)
-        video.emplace(results.partOf("track.avi"), source->frameRate() / step);
-    Image frame;
-    int used = 0;
-    for (int number = 0; (most == 0 || used < most) && (number % step == 0 ? source->read(frame) : source->skip());
-         ++number) {
-        if (number % step != 0)
-            continue;
-        const double time = number / source->frameRate();
-        tracker.process(frame, time);
-        table.add(number, time, tracker);
-        annotation.follow(tracker);
-        annotation.draw(tracker, frame);
-        mosaic.add(frame);
-        if (video)
-            video->add(frame);
-        if (++used % FRAMES_PER_PROGRESS_LINE == 0)
-            std::cerr << "skin_tracker: " << used << " frames" << std::endl;
-    }
-    if (used == 0)
-        throw std::runtime_error("no frame can be decoded in " + input);
-    if (video)
-        video->finish();
-    results.write("track.csv", table.text());
-    results.write("mosaic.png", mosaic.compose());
-    results.publish();
+    std::ostringstream summary;
+    summary << recorder.frames() << " frames" << (interruption.signal() != 0 ? ", then interrupted" : "")
+            << "; hand found in " << recorder.found() << "; " << std::lround(framesPerSecond) << " frames a second\n";
+    for (const std::string& file : files)
+        summary << file << '\n';
+    std::cout << summary.str() << std::flush;
+    return interruption.signal();
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     CmdLineParser parser(argc, argv);
-    parser.setAppDescription("Tracks a hand in a video or in a directory of images");
+    parser.setAppDescription("Tracks the skin region of a hand and arm in a video or in a directory of images");
     parser.addFlag("checkgpu", "create an OpenGL context and tell what the GPU can do first");
     parser.addFlag("video", "write the annotated video track.avi too");
-    parser.addOption("input", "video or directory, looked for in the data directory too", "", true);
+    parser.addOption("input", "video or directory, looked for in the data directory too", "", false);
+    parser.addOption("camera", "number of a camera to use instead, the first being 0", "", false);
+    parser.addFlag("show", "show the frames while they are tracked; Escape ends it");
     parser.addOption("output", "directory for the results", "skin_tracker_output", false);
     parser.addOption("step", "use every n-th frame", "1", false);
     parser.addOption("frames", "use at most so many frames, 0 for all", "0", false);
     parser.addOption("order", "order of the state: 2 with velocity, 3 with acceleration", "2", false);
     parser.parse();
     try {
-        run(parser);
-        return 0;
-    } catch (const AlreadyReported&) {
+        rejectUnknown(parser.unknownWords());
+        const int signal = run(parser);
+        return signal == 0 ? 0 : 128 + signal;
     } catch (const tarvos::core::Exception&) {  // which reports itself
     } catch (const std::exception& error) {
         std::cerr << "skin_tracker: " << error.what() << std::endl;

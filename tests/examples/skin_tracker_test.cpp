@@ -10,6 +10,7 @@
 #include <cmath>
 #include <map>
 #include <sstream>
+#include <sys/stat.h>
 
 namespace {
 
@@ -17,7 +18,9 @@ constexpr int FRAMES = 60;
 constexpr int HIDDEN_FROM = 30;
 constexpr int HIDDEN_TO = 38;
 
-cv::Point2d placeIn(int frame) { return {160 + 90 * std::sin(0.06 * frame), 120 + 50 * std::sin(0.11 * frame)}; }
+cv::Point2d placeIn(int frame) {
+    return {160 + 90 * std::sin(0.06 * frame), 120 + 50 * std::sin(0.11 * frame)};
+}
 
 /// A skin-coloured ellipse in motion over clutter, with noise, hidden by a panel for a while.
 cv::Mat frameOf(int number) {
@@ -35,7 +38,9 @@ cv::Mat frameOf(int number) {
     return frame;
 }
 
-ProgramRun track(const std::string& arguments) { return ProgramRun::of("'" SKIN_TRACKER "' " + arguments); }
+ProgramRun track(const std::string& arguments) {
+    return ProgramRun::of("'" SKIN_TRACKER "' " + arguments);
+}
 
 /// The columns of track.csv by their names; empty fields are NaN.
 std::map<std::string, std::vector<double>> columnsOf(const std::string& path) {
@@ -58,7 +63,8 @@ class SkinTrackerTest : public testing::Test {
 protected:
     static void writeFrames(int count) {
         std::filesystem::create_directory("frames");
-        for (int i = 0; i < count; ++i) cv::imwrite(cv::format("frames/%03d.png", i), frameOf(i));
+        for (int i = 0; i < count; ++i)
+            cv::imwrite(cv::format("frames/%03d.png", i), frameOf(i));
     }
 
     const TemporaryDirectory directory;
@@ -102,25 +108,29 @@ TEST_F(SkinTrackerTest, WaitsForAHandAndUsesEveryNthFrame) {
 
 TEST_F(SkinTrackerTest, WrongInputGivesOneLineAndWritesNothing) {
     writeFrames(2);
-    for (const char* name : {"empty", "broken", "mixed", "looped"}) std::filesystem::create_directory(name);
-    for (const char* name : {"broken/0.png", "mixed/0.png"}) std::filesystem::copy("frames/000.png", name);
-    for (const char* name : {"broken/1.png", "text.mp4", "file"})
+    for (const char* name : {"empty", "looped", "taken/mosaic.png"})
+        std::filesystem::create_directories(name);
+    for (const char* name : {"text.mp4", "file", "taken/track.csv"})
         TemporaryDirectory::write(name, "neither image nor video");
-    cv::imwrite("mixed/1.png", cv::Mat(10, 20, CV_8UC3, cv::Scalar::all(0)));
     std::filesystem::create_symlink("loop.png", "looped/loop.png");
-    const std::string found = "Searching for data dir...\nData directory not found!\n";
+    mkfifo("pipe", 0600);
     const std::string tracker = "skin_tracker: ";
     const std::pair<std::string, std::string> cases[] = {
-        {"-input nowhere.mp4", found + tracker + "there is no nowhere.mp4\n"},
-        {"-input empty", found + tracker + "there are no images in the directory empty\n"},
-        {"-input text.mp4", found + tracker + "cannot decode the video text.mp4\n"},
-        {"-input broken", found + "ERROR: Could not load image: broken/1.png\n"},
-        {"-input looped",
-         found + "Exception Msg: loop.png filesystem error: status: Too many levels of symbolic links [" +
-             directory.path() + "/looped/loop.png]\n"},
-        {"-input mixed", found + tracker + "frame mixed/1.png is 20x10 pixels, the frames before it 320x240\n"},
-        {"-input frames -output file", found + tracker + "cannot create the output directory file\n"},
-        {"-input frames -output no/where", found + tracker + "cannot create the output directory no/where\n"},
+        {"-input nowhere.mp4",
+         "Searching for data dir...\nData directory not found!\n" + tracker + "there is no nowhere.mp4\n"},
+        {"-input ''", tracker + "-input takes the name of a video or a directory\n"},
+        {"-camera 77", tracker + "there is no camera 77\n"},
+        {"-input empty", tracker + "there are no images in the directory empty\n"},
+        {"-input pipe", tracker + "pipe is neither a directory nor a regular file\n"},
+        {"-input text.mp4", tracker + "cannot decode the video text.mp4\n"},
+        {"-input looped", "Exception Msg: loop.png filesystem error: status: Too many levels of symbolic links [" +
+                              directory.path() + "/looped/loop.png]\n"},
+        {"-input frames -output file", tracker + "cannot create the output directory file\n"},
+        {"-input frames -output no/where", tracker + "cannot create the output directory no/where\n"},
+        {"-input frames -output frames", tracker + "the output directory is the input\n"},
+        {"-input frames -output taken", tracker + "taken/mosaic.png is a directory\n"},
+        {"-input frames -outputt x", tracker + "unknown option -outputt, see -help\n"},
+        {"-a -input frames -b", tracker + "unknown options -a -b, see -help\n"},
         {"-input frames -frames 2x", tracker + "-frames takes a whole number from 0 up, not \"2x\"\n"},
         {"-input frames -order 1", tracker + "-order takes a whole number from 2 to 4, not \"1\"\n"}};
     for (const auto& [arguments, errors] : cases) {
@@ -129,6 +139,62 @@ TEST_F(SkinTrackerTest, WrongInputGivesOneLineAndWritesNothing) {
         EXPECT_EQ(run.errors, errors);
         EXPECT_FALSE(std::filesystem::exists("out")) << arguments;
     }
+    EXPECT_EQ(contentOf("taken/track.csv"), "neither image nor video");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator("taken"), {}), 2) << "no part is left";
+}
+
+TEST_F(SkinTrackerTest, PublishesWhatThisRunMadeAndTellsWhatHappened) {
+    writeFrames(3);
+    cv::imwrite("frames/002.png", cv::Mat(10, 20, CV_8UC3, cv::Scalar::all(0)));
+    TemporaryDirectory::write("frames/001.png", "no image");
+    TemporaryDirectory::write("kept", "text");
+    std::filesystem::create_directory("out");
+    std::filesystem::create_symlink("../kept", "out/track.csv");
+    TemporaryDirectory::write("out/track.avi", "of an earlier run");
+    const ProgramRun run = track("-input frames -output out");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(run.output, testing::MatchesRegex("1 frames; hand found in 1; [0-9]+ frames a second\n"
+                                                  "out/track.csv\nout/mosaic.png\n"));
+    EXPECT_EQ(
+        run.errors,
+        "ERROR: Could not load image: frames/001.png\nskin_tracker: passed over frames/002.png, which is "
+        "20x10 pixels, the frames before it 320x240\nskin_tracker: the directory says 3 frames, 1 could be decoded\n");
+    EXPECT_EQ(contentOf("kept"), "text") << "a link is replaced, not followed";
+    EXPECT_FALSE(std::filesystem::exists("out/track.avi"));
+}
+
+TEST_F(SkinTrackerTest, GivesUpWhatNeverMovesButKeepsAHandThatRests) {
+    writeFrames(20);
+    for (int i = 20; i < 80; ++i)
+        std::filesystem::copy("frames/019.png", cv::format("frames/%03d.png", i));
+    ASSERT_EQ(track("-input frames -output out").status, 0);
+    EXPECT_THAT(columnsOf("out/track.csv")["found"], testing::Each(1.0)) << "at rest for two seconds and more";
+    for (int i = 0; i < 20; ++i)
+        std::filesystem::remove(cv::format("frames/%03d.png", i));
+    ASSERT_EQ(track("-input frames -output out").status, 0);
+    const std::vector<double> found = columnsOf("out/track.csv")["found"];
+    EXPECT_THAT(std::vector(found.begin() + 30, found.end()), testing::Each(0.0)) << "it does not come back";
+}
+
+TEST_F(SkinTrackerTest, EndsATrackTwoSecondsAfterTheHandHasGone) {
+    writeFrames(20);
+    for (int i = 20; i < 90; ++i)
+        cv::imwrite(cv::format("frames/%03d.png", i), cv::Mat(240, 320, CV_8UC3, cv::Scalar(170, 175, 180)));
+    ASSERT_EQ(track("-input frames -output out").status, 0);
+    auto columns = columnsOf("out/track.csv");
+    EXPECT_NEAR(columns["width"][60], columns["width"][20], 1.0) << "it keeps its size";
+    EXPECT_FALSE(std::isnan(columns["x"][69]));
+    EXPECT_TRUE(std::isnan(columns["x"][70]));
+}
+
+TEST_F(SkinTrackerTest, ASignalEndsItInOrder) {
+    writeFrames(20);
+    const ProgramRun run =
+        ProgramRun::of("('" SKIN_TRACKER
+                       "' -input frames -output out -video & "
+                       "while kill -0 $! && ! ls out/.skin*/track.avi; do sleep 0.01; done; kill -INT $!; wait $!)");
+    EXPECT_TRUE(run.status == 130 || run.status == 0) << run.errors;  // it may have been faster
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator("out"), {}), 3);
 }
 
 }  // namespace

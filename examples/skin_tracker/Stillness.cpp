@@ -1,0 +1,70 @@
+#include "Stillness.h"
+
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+
+namespace skin_tracker {
+
+namespace {
+
+constexpr int CELL = 8;
+/// How long what is seen counts for the mean, in seconds.
+constexpr double MEMORY = 1.0;
+/// A camera's noise and flicker, averaged over a cell, stay below this difference of any channel.
+constexpr double NOISE = 10.0;
+/// A region moves when this share of its cells does.
+constexpr double LEAST_SHARE = 0.05;
+
+/// 255 where the colours of two pictures are the same but for noise.
+cv::Mat alike(const cv::Mat& a, const cv::Mat& b) {
+    cv::Mat mask;
+    cv::inRange(cv::abs(a - b), cv::Scalar::all(0.0), cv::Scalar::all(NOISE), mask);
+    return mask;
+}
+
+}  // namespace
+
+void Stillness::look(const cv::Mat& pixels, double time) {
+    cv::Mat small;
+    cv::resize(pixels, small, cv::Size(std::max(pixels.cols / CELL, 1), std::max(pixels.rows / CELL, 1)), 0, 0,
+               cv::INTER_AREA);
+    small.convertTo(mCells, CV_32F);
+    if (mMean.empty()) {
+        mMean = mCells.clone();
+        mRemembered = mCells.clone();
+        mBackground = cv::Mat::zeros(mCells.size(), CV_8U);
+    }
+    mMoving = ~alike(mCells, mMean);
+    cv::accumulateWeighted(mCells, mMean, std::min((time - mTime) / MEMORY, 1.0));
+    mTime = time;
+}
+
+bool Stillness::moves(const cv::Mat& mask) const {
+    const cv::Mat cells = cellsOf(mask);
+    return cv::countNonZero(mMoving & cells) >= LEAST_SHARE * cv::countNonZero(cells);
+}
+
+void Stillness::remember(const cv::Mat& mask) {
+    const cv::Mat cells = cellsOf(mask);
+    mBackground.setTo(255, cells);
+    mMean.copyTo(mRemembered, cells);
+}
+
+void Stillness::removeBackground(cv::Mat& mask) const {
+    if (cv::countNonZero(mBackground) == 0)
+        return;
+    cv::Mat same = mBackground & alike(mCells, mRemembered);
+    cv::resize(same, same, mask.size(), 0, 0, cv::INTER_NEAREST);
+    mask.setTo(0, same);
+}
+
+/// The cells that @p mask touches, and those around them.
+cv::Mat Stillness::cellsOf(const cv::Mat& mask) const {
+    cv::Mat cells;
+    cv::resize(mask, cells, mCells.size(), 0, 0, cv::INTER_AREA);
+    cv::dilate(cells > 0, cells, cv::Mat());
+    return cells;
+}
+
+}  // namespace skin_tracker

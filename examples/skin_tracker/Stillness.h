@@ -1,0 +1,34 @@
+#pragma once
+
+#include <opencv2/core.hpp>
+
+namespace skin_tracker {
+
+/// Tells what moves in a sequence of frames from what stays, and remembers what was found to be background.
+///
+/// It looks at the mean colours of cells of 8 x 8 pixels: a cell moves while it differs from what it was in the last
+/// second.
+class Stillness {
+public:
+    /// Looks at the next frame, 8-bit BGR, at @p time in seconds.
+    void look(const cv::Mat& pixels, double time);
+
+    /// Whether the region of @p mask (8-bit, one channel, as large as the frame), or its edge, moves in this frame.
+    bool moves(const cv::Mat& mask) const;
+    /// Remembers the region of @p mask as background, as it looks now.
+    void remember(const cv::Mat& mask);
+    /// Sets to 0 in @p mask what was remembered and still looks as it did then.
+    void removeBackground(cv::Mat& mask) const;
+
+private:
+    double mTime = 0.0;
+    cv::Mat mCells;       ///< their colours
+    cv::Mat mMean;        ///< of the last second
+    cv::Mat mMoving;      ///< 255 where a cell moves
+    cv::Mat mBackground;  ///< 255 where a cell was remembered
+    cv::Mat mRemembered;  ///< the colours it had then
+
+    cv::Mat cellsOf(const cv::Mat& mask) const;
+};
+
+}  // namespace skin_tracker
