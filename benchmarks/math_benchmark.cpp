@@ -1,86 +1,75 @@
 /// @file
-/// The math types beside Eigen's, and packing a State beside the limit, a copy of its numbers.
+/// The math types beside Eigen's.
 
-#include "core/trackingdata/State.h"
-#include "math/SquareMatrix.h"
+#include "Comparison.h"
 
 #include <Eigen/Dense>
-#include <benchmark/benchmark.h>
-
-#include <cstring>
-#include <vector>
+#include <tarvos/math/EigenMap.h>
+#include <tarvos/math/SquareMatrix.h>
+#include <tarvos/math/Vector.h>
 
 namespace {
 
+using comparison::compare;
 using tarvos::math::Matrix;
 using tarvos::math::SquareMatrix;
 using tarvos::math::Vector;
 
-void vectorCopy(benchmark::State& state) {
-    const Vector source(static_cast<unsigned int>(state.range(0)));
-    for (auto _ : state) {
-        Vector copy(source);
-        benchmark::DoNotOptimize(copy.data());
-    }
+void addCopies(unsigned int size) {
+    compare(
+        "Vector copy, " + std::to_string(size) + " elements", "VectorXd", 1.5,
+        [source = Vector(size)] {
+            Vector copy(source);
+            benchmark::DoNotOptimize(copy.data());
+        },
+        [source = Eigen::VectorXd(size)] {
+            Eigen::VectorXd copy(source);
+            benchmark::DoNotOptimize(copy.data());
+        });
 }
-void eigenVectorCopy(benchmark::State& state) {
-    const Eigen::VectorXd source = Eigen::VectorXd::Zero(state.range(0));
-    for (auto _ : state) {
-        Eigen::VectorXd copy(source);
-        benchmark::DoNotOptimize(copy.data());
-    }
-}
-BENCHMARK(vectorCopy)->Arg(4)->Arg(16)->Arg(64);
-BENCHMARK(eigenVectorCopy)->Arg(4)->Arg(16)->Arg(64);
 
-void matrixInvert(benchmark::State& state) {
-    SquareMatrix matrix(4);
-    for (unsigned int i = 0; i < 4; ++i)
-        matrix(i, i) = 2.0;
-    for (auto _ : state)
-        benchmark::DoNotOptimize(matrix.invert(Matrix::INVERSION_LU));
-}
-void eigenInvert(benchmark::State& state) {
-    const Eigen::MatrixXd matrix = 2.0 * Eigen::MatrixXd::Identity(4, 4);
-    for (auto _ : state) {
-        const Eigen::MatrixXd inverse = matrix.fullPivLu().inverse();
-        benchmark::DoNotOptimize(inverse.data());
-    }
-}
-BENCHMARK(matrixInvert);
-BENCHMARK(eigenInvert);
-
-class PlainPose : public tarvos::core::cvdata::Pose {
-public:
-    explicit PlainPose(int size) : Pose(size, size) {}
-    PlainPose* clone() const override { return new PlainPose(*this); }
-    void setData(const Vector& data) override { *mData = data; }
-    void setIncData(const Vector& incData) override { *mIncData = incData; }
-    void resetData() override { mData->fill(0.0); }
-    void resetIncData() override { mIncData->fill(0.0); }
-    void updateData() override {}
-    void updateIncData() override {}
-    using Pose::operator=;
-};
-
-void statePack(benchmark::State& state) {
-    PlainPose pose(static_cast<int>(state.range(0)));
-    const tarvos::core::State target(pose, 3);
-    Vector packed(static_cast<unsigned int>(target.stateIncDimension()));
-    for (auto _ : state) {
-        target.getStateIncData(packed, -1);
+/// Reads elements by row and column, many times over, in a function that knows the type of the matrix.
+template <typename AnyMatrix>
+double readAll(unsigned int size, AnyMatrix matrix) {
+    double sum = 0.0;
+    for (int round = 0; round < 16; ++round) {
+        for (unsigned int row = 0; row < size; ++row)
+            for (unsigned int col = 0; col < size; ++col)
+                sum += matrix(row, col) * matrix(col, row);
         benchmark::ClobberMemory();
     }
+    return sum;
 }
-void memoryCopy(benchmark::State& state) {
-    const std::vector<double> source(static_cast<std::size_t>(3 * state.range(0)));
-    std::vector<double> target(source);
-    for (auto _ : state) {
-        std::memcpy(target.data(), source.data(), source.size() * sizeof(double));
-        benchmark::ClobberMemory();
-    }
+
+void addElements(unsigned int size) {
+    compare(
+        "SquareMatrix elements, " + std::to_string(size) + "x" + std::to_string(size), "MatrixXd", 2.0,
+        [size] { benchmark::DoNotOptimize(readAll(size, SquareMatrix(size))); },
+        [size] { benchmark::DoNotOptimize(readAll<Eigen::MatrixXd>(size, Eigen::MatrixXd::Zero(size, size))); });
 }
-BENCHMARK(statePack)->Arg(4)->Arg(32);
-BENCHMARK(memoryCopy)->Arg(4)->Arg(32);
+
+void addInverse(unsigned int size) {
+    SquareMatrix matrix(size);
+    eigenMap(matrix).setRandom();
+    eigenMap(matrix).diagonal().array() += 3.0;
+    const Eigen::MatrixXd same = eigenMap(matrix);
+    compare(
+        "invert, " + std::to_string(size) + "x" + std::to_string(size) + "", "MatrixXd::inverse", 1.0,
+        [matrix] { benchmark::DoNotOptimize(matrix.invert(Matrix::INVERSION_LU).data()); },
+        [same] {
+            const Eigen::MatrixXd inverse = same.inverse();
+            benchmark::DoNotOptimize(inverse.data());
+        });
+}
 
 }  // namespace
+
+int main(int argc, char** argv) {
+    for (const unsigned int size : {4U, 9U, 64U})
+        addCopies(size);
+    for (const unsigned int size : {2U, 3U, 4U})
+        addElements(size);
+    for (const unsigned int size : {2U, 3U, 4U})
+        addInverse(size);
+    return comparison::run(argc, argv);
+}

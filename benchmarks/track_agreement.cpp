@@ -6,8 +6,8 @@
 #include "FrameSource.h"
 #include "Regions.h"
 
-#include <opencv2/core/core_c.h>
 #include <opencv2/imgproc.hpp>
+#include <tarvos/core/cvdata/MatView.h>
 
 #include <algorithm>
 #include <fstream>
@@ -30,7 +30,7 @@ constexpr double SPECK = 0.001;
 cv::Rect visibleSkin(const Image& frame) {
     cv::Mat chrominance;
     cv::Mat mask;
-    cv::cvtColor(cv::cvarrToMat(frame.iplImage()), chrominance, cv::COLOR_BGR2YCrCb);
+    cv::cvtColor(matView(frame), chrominance, cv::COLOR_BGR2YCrCb);
     cv::inRange(chrominance, cv::Scalar(0, 135, 85), cv::Scalar(255, 180, 135), mask);
     cv::morphologyEx(mask, mask, cv::MORPH_OPEN, cv::getStructuringElement(cv::MORPH_ELLIPSE, cv::Size(5, 5)));
     const skin_tracker::Regions regions(mask, SPECK * static_cast<double>(mask.total()));

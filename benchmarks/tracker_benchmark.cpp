@@ -3,12 +3,15 @@
 /// skin-coloured ellipse in motion over grey noise. Beside it the least that any tracker by colour does: the
 /// conversion to hue, saturation and value.
 
+#include "Comparison.h"
 #include "Tracker.h"
 
-#include <benchmark/benchmark.h>
-#include <opencv2/core/core_c.h>
 #include <opencv2/imgproc.hpp>
+#include <tarvos/core/cvdata/MatView.h>
 
+#include <cstdlib>
+#include <iostream>
+#include <memory>
 #include <vector>
 
 namespace {
@@ -21,7 +24,7 @@ std::vector<Image> sequence() {
     std::vector<Image> frames;
     for (int i = 0; i < 60; ++i) {
         frames.emplace_back(640, 480, Image::CHANNELS_BGR, Image::BITS_8U);
-        cv::Mat pixels = cv::cvarrToMat(frames.back().iplImage());
+        cv::Mat pixels = matView(frames.back());
         cv::randu(pixels, 150, 180);
         cv::ellipse(pixels, {320 + 3 * (i - 30), 240 + 2 * (i - 30)}, {90, 60}, 30, 0, 360, {110, 143, 201},
                     cv::FILLED);
@@ -29,35 +32,47 @@ std::vector<Image> sequence() {
     return frames;
 }
 
-void trackerProcess(benchmark::State& state) {
-    const std::vector<Image> frames = sequence();
-    skin_tracker::Tracker tracker(2);
-    std::size_t next = 0;
-    // The first frames teach it the colours; forward and back, so that the motion has no jump.
-    const auto process = [&] {
-        const std::size_t place = next % (2 * frames.size() - 2);
-        tracker.process(frames[place < frames.size() ? place : 2 * frames.size() - 2 - place],
-                        static_cast<double>(next) / FRAME_RATE);
-        ++next;
-    };
-    while (next < 20)
-        process();
-    for (auto _ : state)
-        process();
-    if (!tracker.found())
-        state.SkipWithError("the ellipse is not tracked");
-    state.counters["fps"] = benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
-}
-BENCHMARK(trackerProcess)->Unit(benchmark::kMillisecond)->UseRealTime();
+/// Hands out the frames forward and back, so that the motion has no jump.
+class Frames {
+public:
+    const Image& next() {
+        const std::size_t place = mNext++ % (2 * mFrames.size() - 2);
+        return mFrames[place < mFrames.size() ? place : 2 * mFrames.size() - 2 - place];
+    }
+    double time() const { return static_cast<double>(mNext) / FRAME_RATE; }
 
-void opencvToHsv(benchmark::State& state) {
-    const std::vector<Image> frames = sequence();
-    cv::Mat hsv;
-    std::size_t next = 0;
-    for (auto _ : state)
-        cv::cvtColor(cv::cvarrToMat(frames[next++ % frames.size()].iplImage()), hsv, cv::COLOR_RGB2HSV);
-    state.counters["fps"] = benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
-}
-BENCHMARK(opencvToHsv)->Unit(benchmark::kMillisecond)->UseRealTime();
+private:
+    std::vector<Image> mFrames = sequence();
+    std::size_t mNext = 0;
+};
+
+/// A tracker that has learned the colours.
+class Tracked {
+public:
+    Tracked() {
+        for (int i = 0; i < 20; ++i)
+            process();
+    }
+    void process() {
+        mTracker.process(mFrames.next(), mFrames.time());
+        if (!mTracker.found())
+            std::abort();
+    }
+
+private:
+    Frames mFrames;
+    skin_tracker::Tracker mTracker{2};
+};
 
 }  // namespace
+
+int main(int argc, char** argv) {
+    std::cout.setstate(std::ios_base::badbit);  // the skin model prints
+    const auto tracked = std::make_shared<Tracked>();
+    const auto frames = std::make_shared<Frames>();
+    const auto hsv = std::make_shared<cv::Mat>();
+    comparison::compare(
+        "Tracker, a frame of 640x480", "its conversion to HSV", 0.0, [=] { tracked->process(); },
+        [=] { cv::cvtColor(matView(frames->next()), *hsv, cv::COLOR_RGB2HSV); });
+    return comparison::run(argc, argv);
+}
