@@ -1,40 +1,39 @@
 /// @file
-/// How many frames a second the tracker of skin_tracker handles, decoding apart: 640 x 480 frames held in memory, a
-/// skin-coloured ellipse in motion over grey noise. Beside it the least that any tracker by colour does: the
-/// conversion to hue, saturation and value.
+/// How long the tracker of skin_tracker takes for a frame of the real video, decoding apart, beside OpenCV's CamShift
+/// with the conversion and the back-projection that it needs.
 
 #include "Comparison.h"
+#include "FrameSource.h"
 #include "Tracker.h"
 
 #include <opencv2/imgproc.hpp>
+#include <opencv2/video/tracking.hpp>
 #include <tarvos/core/cvdata/MatView.h>
 
-#include <cstdlib>
 #include <iostream>
 #include <memory>
+#include <stdexcept>
 #include <vector>
 
 namespace {
 
 using tarvos::core::cvdata::Image;
 
-constexpr double FRAME_RATE = 26.8;
+constexpr double FRAME_RATE = 25.0;
+constexpr int FRAMES = 60;
 
-std::vector<Image> sequence() {
-    std::vector<Image> frames;
-    for (int i = 0; i < 60; ++i) {
-        frames.emplace_back(640, 480, Image::CHANNELS_BGR, Image::BITS_8U);
-        cv::Mat pixels = matView(frames.back());
-        cv::randu(pixels, 150, 180);
-        cv::ellipse(pixels, {320 + 3 * (i - 30), 240 + 2 * (i - 30)}, {90, 60}, 30, 0, 360, {110, 143, 201},
-                    cv::FILLED);
-    }
-    return frames;
-}
-
-/// Hands out the frames forward and back, so that the motion has no jump.
+/// Hands out the first frames of the video, forward and back so that the motion has no jump.
 class Frames {
 public:
+    explicit Frames(cv::Size size) {
+        const auto source = skin_tracker::FrameSource::open(HAND_VIDEO);
+        Image frame;
+        while (mFrames.size() < FRAMES && source->read(frame)) {
+            mFrames.emplace_back(size.width, size.height, Image::CHANNELS_BGR, Image::BITS_8U);
+            cv::Mat pixels = matView(mFrames.back());
+            cv::resize(matView(frame), pixels, size, 0, 0, cv::INTER_CUBIC);
+        }
+    }
     const Image& next() {
         const std::size_t place = mNext++ % (2 * mFrames.size() - 2);
         return mFrames[place < mFrames.size() ? place : 2 * mFrames.size() - 2 - place];
@@ -42,37 +41,80 @@ public:
     double time() const { return static_cast<double>(mNext) / FRAME_RATE; }
 
 private:
-    std::vector<Image> mFrames = sequence();
+    std::vector<Image> mFrames;
     std::size_t mNext = 0;
 };
 
-/// A tracker that has learned the colours.
+/// The tracker, which has learned the colours.
 class Tracked {
 public:
-    Tracked() {
-        for (int i = 0; i < 20; ++i)
+    explicit Tracked(Frames& frames) : mFrames(frames) {
+        for (int i = 0; i < FRAMES; ++i)
             process();
     }
     void process() {
-        mTracker.process(mFrames.next(), mFrames.time());
+        const Image& frame = mFrames.next();
+        mTracker.process(frame, mFrames.time());
         if (!mTracker.found())
-            std::abort();
+            throw std::runtime_error("the hand was lost");
+    }
+    cv::Rect box() const { return mTracker.motion().box(); }
+
+private:
+    Frames& mFrames;
+    skin_tracker::Tracker mTracker{2};
+};
+
+/// CamShift as OpenCV's example runs it: by the hues in the box where it starts, without pale and dark pixels.
+class CamShift {
+public:
+    CamShift(Frames& frames, const cv::Rect& box) : mFrames(frames), mBox(box) {
+        convert();
+        mBox &= cv::Rect({}, mHue.size());
+        const cv::Mat hue = mHue(mBox);
+        cv::calcHist(&hue, 1, &CHANNEL, mColoured(mBox), mHistogram, 1, &BINS, &mHues);
+        cv::normalize(mHistogram, mHistogram, 0, 255, cv::NORM_MINMAX);
+    }
+    void process() {
+        convert();
+        cv::calcBackProject(&mHue, 1, &CHANNEL, mHistogram, mLikely, &mHues);
+        mLikely &= mColoured;
+        cv::CamShift(mLikely, mBox, cv::TermCriteria(cv::TermCriteria::EPS | cv::TermCriteria::COUNT, 10, 1));
+        if (mBox.area() <= 1)
+            throw std::runtime_error("CamShift has lost the hand");
     }
 
 private:
-    Frames mFrames;
-    skin_tracker::Tracker mTracker{2};
+    static constexpr int CHANNEL = 0;
+    static constexpr int BINS = 16;
+    static constexpr float RANGE[] = {0, 180};
+    const float* mHues = RANGE;
+
+    Frames& mFrames;
+    cv::Rect mBox;
+    cv::Mat mHsv, mHue, mColoured, mHistogram, mLikely;
+
+    void convert() {
+        cv::cvtColor(matView(mFrames.next()), mHsv, cv::COLOR_BGR2HSV);
+        cv::inRange(mHsv, cv::Scalar(0, 30, 10), cv::Scalar(180, 256, 256), mColoured);
+        cv::extractChannel(mHsv, mHue, CHANNEL);
+    }
 };
+
+void compareAt(const cv::Size& size) {
+    const auto frames = std::make_shared<Frames>(size);
+    const auto tracked = std::make_shared<Tracked>(*frames);
+    const auto camShift = std::make_shared<CamShift>(*frames, tracked->box());
+    comparison::compare(
+        cv::format("Tracker, a frame of %dx%d", size.width, size.height), "cv::CamShift", 2.0,
+        [=, keptAlive = frames] { tracked->process(); }, [=, keptAlive = frames] { camShift->process(); });
+}
 
 }  // namespace
 
 int main(int argc, char** argv) {
     std::cout.setstate(std::ios_base::badbit);  // the skin model prints
-    const auto tracked = std::make_shared<Tracked>();
-    const auto frames = std::make_shared<Frames>();
-    const auto hsv = std::make_shared<cv::Mat>();
-    comparison::compare(
-        "Tracker, a frame of 640x480", "its conversion to HSV", 0.0, [=] { tracked->process(); },
-        [=] { cv::cvtColor(matView(frames->next()), *hsv, cv::COLOR_RGB2HSV); });
+    compareAt({640, 480});
+    compareAt({1920, 1440});
     return comparison::run(argc, argv);
 }

@@ -44,4 +44,19 @@ void Annotation::draw(const Tracker& tracker, tarvos::core::cvdata::Image& frame
     cv::drawMarker(pixels, cv::Point(tracker.predictedCentre()), RED, cv::MARKER_CROSS, 20, 2);
 }
 
+cv::Mat Annotation::legend(int width) {
+    const std::pair<const char*, cv::Scalar> meanings[] = {{"hand's outline", GREEN},
+                                                           {"its box", BLUE},
+                                                           {"box while out of sight", GREY},
+                                                           {"predicted centre", RED},
+                                                           {"way of the centre", YELLOW}};
+    cv::Mat line(24, width, CV_8UC3, cv::Scalar::all(0));
+    cv::Point place(6, 16);
+    for (const auto& [text, colour] : meanings) {
+        cv::putText(line, text, place, cv::FONT_HERSHEY_SIMPLEX, 0.45, colour, 1, cv::LINE_AA);
+        place.x += 16 + cv::getTextSize(text, cv::FONT_HERSHEY_SIMPLEX, 0.45, 1, nullptr).width;
+    }
+    return line;
+}
+
 }  // namespace skin_tracker

@@ -16,6 +16,8 @@ public:
     /// Lengthens the trail by where @p tracker sees the hand. To be called for every frame.
     void follow(const Tracker& tracker);
     void draw(const Tracker& tracker, tarvos::core::cvdata::Image& frame) const;
+    /// A line @p width pixels wide that tells what the colours mean.
+    static cv::Mat legend(int width);
 
 private:
     std::deque<cv::Point> mTrail;

@@ -6,10 +6,10 @@
 #include <tarvos/core/util/Filesystem.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
+#include <regex>
 #include <stdexcept>
 #include <vector>
 
@@ -23,46 +23,40 @@ using tarvos::core::util::Filesystem;
 /// For inputs that do not say: what most cameras deliver.
 constexpr double DEFAULT_FRAME_RATE = 25.0;
 
-std::string size(int width, int height) {
-    return std::to_string(width) + "x" + std::to_string(height);
-}
-
 /// Whether a file of this name should be an image, going by its ending.
 bool isImage(const std::string& name) {
-    std::string ending = std::filesystem::path(name).extension().string();
-    std::transform(ending.begin(), ending.end(), ending.begin(), [](unsigned char c) { return std::tolower(c); });
-    static const std::string endings[] = {".png", ".jpg", ".jpeg", ".bmp", ".ppm", ".pgm", ".tif", ".tiff", ".webp"};
-    return std::find(std::begin(endings), std::end(endings), ending) != std::end(endings);
+    static const std::regex images(R"(.*\.(png|jpe?g|bmp|p[gp]m|tiff?|webp))", std::regex::icase);
+    return std::regex_match(name, images);
 }
 
 /// What OpenCV captures from a video file or a camera.
 class Capture : public FrameSource {
 public:
-    explicit Capture(const std::string& path) : mName("the video " + path) {
+    explicit Capture(const std::string& path) : mKind("video") {
         keepQuiet();
         // From the root: FFmpeg takes what stands before a colon for a protocol.
         if (!mCapture.open(std::filesystem::absolute(path), cv::CAP_FFMPEG))
-            throw std::runtime_error("cannot decode " + mName);
+            throw std::runtime_error("cannot decode the video " + path);
         mFrameCount = std::max(static_cast<int>(mCapture.get(cv::CAP_PROP_FRAME_COUNT)), 0);
     }
-    explicit Capture(int camera) : mName("camera " + std::to_string(camera)) {
+    explicit Capture(int camera) : mKind("camera") {
         keepQuiet();
         if (!mCapture.open(camera, cv::CAP_V4L2))
-            throw std::runtime_error("there is no " + mName);
+            throw std::runtime_error("there is no camera " + std::to_string(camera));
     }
 
     bool read(Image& frame) override {
         if (!mCapture.read(mDecoded) || mDecoded.empty())
             return false;
         if (mDecoded.type() != CV_8UC3)
-            throw std::runtime_error(mName + " has no 8-bit colour frames");
+            throw std::runtime_error(std::string("the ") + mKind + " has no 8-bit colour frames");
         if (frame.width() != mDecoded.cols || frame.height() != mDecoded.rows)
             frame = Image(mDecoded.cols, mDecoded.rows, Image::CHANNELS_BGR, Image::BITS_8U);
         mDecoded.copyTo(matView(frame));
         return true;
     }
 
-    bool skip() override { return mCapture.grab(); }
+    const char* kind() const override { return mKind; }
     double frameRate() const override {
         const double rate = mCapture.get(cv::CAP_PROP_FPS);
         return rate > 0.0 ? rate : DEFAULT_FRAME_RATE;
@@ -76,7 +70,7 @@ private:
         setenv("OPENCV_FFMPEG_LOGLEVEL", "-8", 0);
     }
 
-    std::string mName;
+    const char* mKind;
     int mFrameCount = 0;
     cv::VideoCapture mCapture;
     cv::Mat mDecoded;
@@ -109,13 +103,14 @@ public:
                 frame = std::move(loaded);
                 return true;
             }
-            std::cerr << "skin_tracker: passed over " + path + ", which is " + size(loaded.width(), loaded.height()) +
-                             " pixels, the frames before it " + size(mSize.width, mSize.height) + "\n";
+            std::cerr << "skin_tracker: passed over " + path +
+                             cv::format(", which is %dx%d pixels, the frames before it %dx%d\n", loaded.width(),
+                                        loaded.height(), mSize.width, mSize.height);
         }
         return false;
     }
 
-    bool skip() override { return mNext < mPaths.size() && ++mNext > 0; }
+    const char* kind() const override { return "directory"; }
     double frameRate() const override { return DEFAULT_FRAME_RATE; }
     int frameCount() const override { return static_cast<int>(mPaths.size()); }
 

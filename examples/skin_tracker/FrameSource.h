@@ -18,8 +18,8 @@ public:
 
     /// Reads the next frame into @p frame. False at the end, @p frame is then as it was.
     virtual bool read(tarvos::core::cvdata::Image& frame) = 0;
-    /// Passes over the next frame. False at the end.
-    virtual bool skip() = 0;
+    /// "video", "directory" or "camera".
+    virtual const char* kind() const = 0;
     /// Frames a second.
     virtual double frameRate() const = 0;
     /// How many frames the input says that there are; 0 when it does not say.

@@ -5,7 +5,6 @@
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
-#include <functional>
 
 namespace skin_tracker {
 
@@ -13,6 +12,8 @@ namespace {
 
 using tarvos::core::cvdata::ColourHist2d;
 
+/// OpenCV's 8-bit hue counts in steps of two degrees.
+constexpr int HUES = 180;
 constexpr int HUE_BINS = 30;
 constexpr int SATURATION_BINS = 32;
 constexpr int VALUE_BINS = 16;
@@ -26,7 +27,7 @@ constexpr int ROUNDS = 5;
 constexpr double MARGIN = 0.15;
 
 int binOf(const cv::Vec3b& hsv) {
-    const int hue = std::min(hsv[0] * HUE_BINS / 180, HUE_BINS - 1);
+    const int hue = std::min(hsv[0] * HUE_BINS / HUES, HUE_BINS - 1);
     return hue + HUE_BINS * (hsv[1] * SATURATION_BINS / 256) + PLANE * (hsv[2] * VALUE_BINS / 256);
 }
 
@@ -41,10 +42,11 @@ void count(const cv::Mat& hsv, const cv::Mat& mask, ColourHist2d& histogram) {
     }
 }
 
-/// Adds half of each bin to the next ones in all three directions: colours next to those seen are likely too.
-void smooth(ColourHist2d& histogram) {
-    const tarvos::math::Vector seen = histogram.data();
-    tarvos::math::Vector& bins = histogram.data();
+/// Half of each bin added to the next ones in all three directions: colours next to those seen are likely too.
+ColourHist2d smooth(const ColourHist2d& histogram) {
+    ColourHist2d smoothed = histogram;
+    const tarvos::math::Vector& seen = histogram.data();
+    tarvos::math::Vector& bins = smoothed.data();
     for (const int step : {1, HUE_BINS, PLANE}) {
         const int extent = step == 1 ? HUE_BINS : step == HUE_BINS ? SATURATION_BINS : VALUE_BINS;
         for (int bin = 0; bin < static_cast<int>(seen.dimension()); ++bin) {
@@ -55,16 +57,7 @@ void smooth(ColourHist2d& histogram) {
             }
         }
     }
-}
-
-ColourHist2d emptyHistogram() {
-    return {HUE_BINS, SATURATION_BINS, VALUE_BINS};
-}
-
-/// Adds the entries of @p addend, of the same shape, to @p total.
-void add(const ColourHist2d& addend, ColourHist2d& total) {
-    double* bins = total.data().data();
-    std::transform(bins, bins + total.getBinsTotal(), addend.data().data(), bins, std::plus<>());
+    return smoothed;
 }
 
 /// Everything outside the box around @p hand, widened by the margin.
@@ -79,25 +72,23 @@ cv::Mat surroundingsOf(const cv::Mat& hand) {
 }  // namespace
 
 HandModel::HandModel()
-    : mHand(emptyHistogram()),
-      mSurroundings(emptyHistogram()),
-      mOfHand(1, PLANE * VALUE_BINS, CV_8UC1, cv::Scalar(0)) {}
+    : mHand(HUE_BINS, SATURATION_BINS, VALUE_BINS),
+      mSurroundings(mHand),
+      mOfHand(cv::Mat::zeros(1, PLANE * VALUE_BINS, CV_8UC1)) {}
 
 void HandModel::learn(const cv::Mat& hsv, const cv::Mat& known) {
     cv::Mat hand = known.clone();
-    ColourHist2d ofHand = emptyHistogram();
-    ColourHist2d around = emptyHistogram();
+    ColourHist2d ofHand = mHand;
+    ColourHist2d around = mSurroundings;
     for (int round = 0; round < ROUNDS; ++round) {
-        ofHand.clear();
-        around.clear();
+        ofHand = mHand;
+        around = mSurroundings;
         count(hsv, hand, ofHand);
         count(hsv, surroundingsOf(hand), around);
-        smooth(ofHand);
-        add(mHand, ofHand);
-        add(mSurroundings, around);
+        const ColourHist2d likely = smooth(ofHand);
         for (int bin = 0; bin < mOfHand.cols; ++bin)
             mOfHand.at<unsigned char>(bin) =
-                bin >= DARK_BINS && ofHand.data().data()[bin] > around.data().data()[bin] ? 255 : 0;
+                bin >= DARK_BINS && likely.data().data()[bin] > around.data().data()[bin] ? 255 : 0;
         mark(hsv, hand);
         tidy(hand);
         keepRegionsTouching(known, hand);

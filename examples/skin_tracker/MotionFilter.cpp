@@ -56,19 +56,12 @@ void MotionFilter::start(const cv::Rect2d& box, double time) {
 void MotionFilter::predict(double time) {
     const double dt = time - mState.getTimeStamp();
     // Each order of the state is carried on by the orders above it; what lies above them all is the noise.
-    cv::Mat gain(mOrder, 1, CV_64F);
-    cv::Mat carry = cv::Mat::zeros(mOrder, mOrder, CV_64F);
-    for (int row = 0; row < mOrder; ++row) {
-        gain.at<double>(row) = taylor(dt, mOrder - row) * mJerkiness;
-        for (int col = row; col < mOrder; ++col)
-            carry.at<double>(row, col) = taylor(dt, col - row);
-    }
-    const cv::Mat noise = gain * gain.t();
     for (int row = 0; row < mOrder; ++row) {
         for (int col = 0; col < mOrder; ++col) {
             const cv::Rect block(col * BOX, row * BOX, BOX, BOX);
-            cv::setIdentity(mFilter.transitionMatrix(block), cv::Scalar::all(carry.at<double>(row, col)));
-            cv::setIdentity(mFilter.processNoiseCov(block), cv::Scalar::all(noise.at<double>(row, col)));
+            const double noise = taylor(dt, mOrder - row) * taylor(dt, mOrder - col) * mJerkiness * mJerkiness;
+            cv::setIdentity(mFilter.transitionMatrix(block), cv::Scalar(col >= row ? taylor(dt, col - row) : 0.0));
+            cv::setIdentity(mFilter.processNoiseCov(block), cv::Scalar(noise));
         }
     }
     store(mFilter.predict(), time);
@@ -84,21 +77,24 @@ void MotionFilter::correct(const cv::Rect2d& box) {
     store(mFilter.correct(measured(box)), mState.getTimeStamp());
 }
 
+/// The derivative of the box @p order, 0 for the box itself.
+Vector MotionFilter::derivative(int order) const {
+    Vector derivative(BOX);
+    mState.getStateIncData(derivative, order);
+    return derivative;
+}
+
 cv::Point2d MotionFilter::centre() const {
-    Vector pose(BOX);
-    mState.getStateIncData(pose, 0);
-    return {pose[0], pose[1]};
+    return (box().tl() + box().br()) / 2;
 }
 
 cv::Point2d MotionFilter::velocity() const {
-    Vector velocity(BOX);
-    mState.getStateIncData(velocity, 1);
+    const Vector velocity = derivative(1);
     return {velocity[0], velocity[1]};
 }
 
 cv::Rect2d MotionFilter::box() const {
-    Vector pose(BOX);
-    mState.getStateIncData(pose, 0);
+    const Vector pose = derivative(0);
     const double width = std::max(pose[2], 1.0);
     const double height = std::max(pose[3], 1.0);
     return {pose[0] - width / 2, pose[1] - height / 2, width, height};

@@ -37,6 +37,7 @@ private:
     tarvos::core::State mState;
     cv::KalmanFilter mFilter;
 
+    tarvos::math::Vector derivative(int order) const;
     void store(const cv::Mat& estimate, double time);
 };
 

@@ -2,6 +2,7 @@
 
 #include "Annotation.h"
 #include "Mosaic.h"
+#include "Plot.h"
 #include "Results.h"
 #include "Table.h"
 #include "Tracker.h"
@@ -13,7 +14,8 @@
 
 namespace skin_tracker {
 
-/// Turns a track into its results: a table, a mosaic of annotated frames and, where it is wanted, an annotated video.
+/// Turns a track into its results: a table, a picture of it over time, a mosaic of
+/// annotated frames and, where it is wanted, an annotated video.
 class Recorder {
 public:
     /// Records for @p output. A video is written as well if @p videoRate, in frames a second, is above 0.
@@ -33,10 +35,13 @@ private:
     Results mResults;
     Annotation mAnnotation;
     Mosaic mMosaic;
+    Plot mPlot;
     Table mTable;
     std::optional<VideoFile> mVideo;
     int mFrames = 0;
     int mFound = 0;
+
+    void write(const std::string& name, const tarvos::core::cvdata::Image& image);
 };
 
 }  // namespace skin_tracker

@@ -14,7 +14,7 @@ constexpr double MEMORY = 1.0;
 /// A camera's noise and flicker, averaged over a cell, stay below this difference of any channel.
 constexpr double NOISE = 10.0;
 /// A region moves when this share of its cells does.
-constexpr double LEAST_SHARE = 0.05;
+constexpr double LEAST_SHARE = 0.15;
 
 /// 255 where the colours of two pictures are the same but for noise.
 cv::Mat alike(const cv::Mat& a, const cv::Mat& b) {
@@ -26,9 +26,11 @@ cv::Mat alike(const cv::Mat& a, const cv::Mat& b) {
 }  // namespace
 
 void Stillness::look(const cv::Mat& pixels, double time) {
-    cv::Mat small;
-    cv::resize(pixels, small, cv::Size(std::max(pixels.cols / CELL, 1), std::max(pixels.rows / CELL, 1)), 0, 0,
-               cv::INTER_AREA);
+    mSize = pixels.size();
+    cv::Mat small = pixels;
+    for (int cell = 1; cell < CELL; cell *= 2)  // halving is what OpenCV does fastest
+        cv::resize(small, small, cv::Size(std::max(small.cols / 2, 1), std::max(small.rows / 2, 1)), 0, 0,
+                   cv::INTER_AREA);
     small.convertTo(mCells, CV_32F);
     if (mMean.empty()) {
         mMean = mCells.clone();
@@ -51,19 +53,19 @@ void Stillness::remember(const cv::Mat& mask) {
     mMean.copyTo(mRemembered, cells);
 }
 
-void Stillness::removeBackground(cv::Mat& mask) const {
+void Stillness::removeBackground(cv::Mat& mask, const cv::Point& corner) const {
     if (cv::countNonZero(mBackground) == 0)
         return;
     cv::Mat same = mBackground & alike(mCells, mRemembered);
-    cv::resize(same, same, mask.size(), 0, 0, cv::INTER_NEAREST);
-    mask.setTo(0, same);
+    cv::resize(same, same, mSize, 0, 0, cv::INTER_NEAREST);
+    mask.setTo(0, same(cv::Rect(corner, mask.size())));
 }
 
 /// The cells that @p mask touches, and those around them.
 cv::Mat Stillness::cellsOf(const cv::Mat& mask) const {
     cv::Mat cells;
-    cv::resize(mask, cells, mCells.size(), 0, 0, cv::INTER_AREA);
-    cv::dilate(cells > 0, cells, cv::Mat());
+    cv::resize(mask, cells, mCells.size(), 0, 0, cv::INTER_NEAREST);
+    cv::dilate(cells, cells, cv::Mat());
     return cells;
 }
 

@@ -13,15 +13,18 @@ public:
     /// Looks at the next frame, 8-bit BGR, at @p time in seconds.
     void look(const cv::Mat& pixels, double time);
 
+    const cv::Size& size() const { return mSize; }
     /// Whether the region of @p mask (8-bit, one channel, as large as the frame), or its edge, moves in this frame.
     bool moves(const cv::Mat& mask) const;
     /// Remembers the region of @p mask as background, as it looks now.
     void remember(const cv::Mat& mask);
-    /// Sets to 0 in @p mask what was remembered and still looks as it did then.
-    void removeBackground(cv::Mat& mask) const;
+    /// Sets to 0 in @p mask, whose first pixel lies at @p corner of the frame, what was remembered and still looks as
+    /// it did then.
+    void removeBackground(cv::Mat& mask, const cv::Point& corner) const;
 
 private:
     double mTime = 0.0;
+    cv::Size mSize;       ///< of the frames
     cv::Mat mCells;       ///< their colours
     cv::Mat mMean;        ///< of the last second
     cv::Mat mMoving;      ///< 255 where a cell moves

@@ -1,7 +1,5 @@
 #include "Tracker.h"
 
-#include "Regions.h"
-
 #include <opencv2/imgproc.hpp>
 #include <tarvos/core/cvdata/MatView.h>
 
@@ -25,43 +23,48 @@ constexpr double LONGEST_ABSENCE = 2.0;
 constexpr double LEAST_AREA = 0.002;
 /// So many frames teach the colours of the hand.
 constexpr int FRAMES_TO_LEARN = 10;
-/// A hand grows and shrinks by less than this factor from one frame to the next, and by so much more with each frame in
-/// which it is out of sight.
-constexpr double MOST_GROWTH = 4.0;
+/// While the hand is seen, the next frame is looked at in this share of its extent around it.
+constexpr double ROOM = 0.25;
+/// tidy() closes holes up to so many pixels wide, so that what is beyond an edge makes itself felt so far.
+constexpr int CLOSED = 8;
 
-cv::Point2d centreOf(const cv::Rect2d& box) {
-    return (box.tl() + box.br()) * 0.5;
+/// Whether something that ends at the sides of @p area may go on beyond, in what the picture @p whole has there.
+bool reachesOut(const cv::Rect& box, const cv::Rect& area, const cv::Rect& whole) {
+    const cv::Rect around(box.tl() - cv::Point(CLOSED, CLOSED), box.size() + cv::Size(2 * CLOSED, 2 * CLOSED));
+    return ((around & whole) | area) != area;
 }
 
-const Blobs::BlobInfo* largest(const Blobs& blobs) {
-    const auto found = std::max_element(blobs.mBlobs.begin(), blobs.mBlobs.end(),
-                                        [](const auto& a, const auto& b) { return a.mField2 < b.mField2; });
-    return found != blobs.mBlobs.end() ? &*found : nullptr;
+/// As the library's model of skin counts them: the hue of the colour whose red is the pixel's blue.
+cv::Mat hueSaturationValue(const cv::Mat& pixels) {
+    cv::Mat hsv;
+    cv::cvtColor(pixels, hsv, cv::COLOR_RGB2HSV);
+    return hsv;
 }
 
 }  // namespace
 
 void Tracker::process(const Image& frame, double time) {
     const cv::Mat pixels = matView(frame);
-    const double leastArea = LEAST_AREA * pixels.cols * pixels.rows;
-    cv::Mat hsv;
-    cv::cvtColor(pixels, hsv, cv::COLOR_RGB2HSV);
     if (mMotion) {
         mMotion->predict(time);
         mPredictedCentre = mMotion->centre();
     }
     mStillness.look(pixels, time);
     if (mFramesLearned < FRAMES_TO_LEARN)
-        learn(hsv, leastArea);
+        learn(pixels);
 
-    cv::Mat mask;
-    mHand.mark(hsv, mask);
-    mStillness.removeBackground(mask);
-    tidy(mask);
-    const Regions regions(mask, leastArea);
+    const cv::Rect whole({}, pixels.size());
+    cv::Rect near = mFound ? neighbourhood() & whole : whole;
+    if (near.empty())
+        near = whole;
+    Regions regions = regionsIn(pixels, near);
+    const Blobs::BlobInfo* hand = pick(regions);
+    if (near != whole && (hand == nullptr || reachesOut(boxOf(*hand), near, whole))) {
+        regions = regionsIn(pixels, whole);
+        hand = pick(regions);
+    }
     mBlobs = regions.blobs();
-    const Blobs::BlobInfo* hand = pick();
-    const cv::Mat region = hand != nullptr ? regions.maskOf(*hand) : cv::Mat();
+    const cv::Mat region = hand != nullptr ? regions.maskOf(*hand, pixels.size()) : cv::Mat();
     mFound = hand != nullptr && !isBackground(region, time);
     if (hand != nullptr && !mFound)
         giveUp(region);
@@ -69,10 +72,9 @@ void Tracker::process(const Image& frame, double time) {
         miss(time);
         return;
     }
-    mFramesMissed = 0;
     mLastSeen = time;
     mArea = hand->mField2;
-    traceOutline(region, mOutline);
+    regions.traceOutline(*hand, mOutline);
     if (mMotion) {
         mMotion->correct(boxOf(*hand));
     } else {
@@ -80,6 +82,28 @@ void Tracker::process(const Image& frame, double time) {
         mMotion->start(boxOf(*hand), time);
         mPredictedCentre = mMotion->centre();
     }
+}
+
+/// Where the hand should be, with room around it.
+cv::Rect Tracker::neighbourhood() const {
+    const cv::Rect2d box = mMotion->box();
+    const cv::Size2d room(ROOM * box.width + mMotion->uncertainty(), ROOM * box.height + mMotion->uncertainty());
+    return {cv::Point(box.tl() - cv::Point2d(room)), cv::Point(box.br() + cv::Point2d(room))};
+}
+
+/// The regions of the hand's colours in @p area of a frame.
+Regions Tracker::regionsIn(const cv::Mat& pixels, const cv::Rect& area) const {
+    cv::Mat mask;
+    mHand.mark(hueSaturationValue(pixels(area)), mask);
+    return regionsOf(mask, area.tl());
+}
+
+/// The regions of @p mask, whose first pixel lies at @p corner of the frame, but for those that are known not to be the
+/// hand.
+Regions Tracker::regionsOf(cv::Mat& mask, const cv::Point& corner) const {
+    mStillness.removeBackground(mask, corner);
+    tidy(mask);
+    return Regions(mask, LEAST_AREA * mStillness.size().area(), corner);
 }
 
 /// Whether @p region, which would be the hand at @p time, has been still for too long to be one.
@@ -106,7 +130,6 @@ void Tracker::giveUp(const cv::Mat& region) {
 
 /// Goes on without a hand in the frame at @p time.
 void Tracker::miss(double time) {
-    ++mFramesMissed;
     mOutline.clear();
     mOutline.mPoints.clear();
     if (mMotion && time - mLastSeen > LONGEST_ABSENCE)
@@ -116,30 +139,28 @@ void Tracker::miss(double time) {
 }
 
 /// Teaches the hand's colours, if the general model finds skin.
-void Tracker::learn(const cv::Mat& hsv, double leastArea) {
+void Tracker::learn(const cv::Mat& pixels) {
+    const cv::Mat hsv = hueSaturationValue(pixels);
     cv::Mat skin;
     mSkin.mark(hsv, skin);
-    mStillness.removeBackground(skin);
-    tidy(skin);
-    const Regions regions(skin, leastArea);
-    if (const Blobs::BlobInfo* region = largest(regions.blobs())) {
-        mHand.learn(hsv, regions.maskOf(*region));
+    const Regions regions = regionsOf(skin, {});
+    if (const Blobs::BlobInfo* region = regions.largest()) {
+        mHand.learn(hsv, regions.maskOf(*region, pixels.size()));
         ++mFramesLearned;
     }
 }
 
 /// The region that is taken for the hand: before the track has started the largest one, then the one nearest to the
 /// prediction, if it lies within reach; null when there is none.
-const Blobs::BlobInfo* Tracker::pick() const {
+const Blobs::BlobInfo* Tracker::pick(const Regions& regions) const {
     if (!mMotion)
-        return largest(mBlobs);
+        return regions.largest();
     const cv::Rect2d box = mMotion->box();
     double leastDistance = std::hypot(box.width, box.height) / 2 + mMotion->uncertainty();
-    const double mostGrowth = MOST_GROWTH * (1 + mFramesMissed);
     const Blobs::BlobInfo* nearest = nullptr;
-    for (const Blobs::BlobInfo& blob : mBlobs.mBlobs) {
-        const double distance = cv::norm(centreOf(boxOf(blob)) - mPredictedCentre);
-        if (distance <= leastDistance && blob.mField2 < mostGrowth * mArea && mArea < mostGrowth * blob.mField2) {
+    for (const Blobs::BlobInfo& blob : regions.blobs().mBlobs) {
+        const double distance = cv::norm(cv::Point2d(blob.mVector[0], blob.mVector[1]) - mPredictedCentre);
+        if (distance <= leastDistance) {
             leastDistance = distance;
             nearest = &blob;
         }

@@ -2,6 +2,7 @@
 
 #include "HandModel.h"
 #include "MotionFilter.h"
+#include "Regions.h"
 #include "SkinModel.h"
 #include "Stillness.h"
 
@@ -38,7 +39,7 @@ public:
     const MotionFilter& motion() const { return *mMotion; }
     /// Where the centre of the hand was expected before the last frame was looked at.
     cv::Point2d predictedCentre() const { return mPredictedCentre; }
-    /// All regions of the hand's colours in the last frame.
+    /// The regions of the hand's colours in the last frame: near the hand, or all where it was not at once found.
     const tarvos::core::cvdata::Blobs& blobs() const { return mBlobs; }
     /// Area of the hand in pixels in the last frame, 0 when it was not found.
     int area() const { return mFound ? mArea : 0; }
@@ -56,17 +57,19 @@ private:
     tarvos::core::cvdata::Blobs mBlobs;
     tarvos::core::cvdata::VisContourSamplePts mOutline;
     bool mFound = false;
-    int mFramesMissed = 0;
     double mLastSeen = 0.0;
     double mLastMoved = 0.0;
     bool mHasMoved = false;
     int mArea = 0;
 
-    void learn(const cv::Mat& hsv, double leastArea);
+    cv::Rect neighbourhood() const;
+    Regions regionsIn(const cv::Mat& pixels, const cv::Rect& area) const;
+    Regions regionsOf(cv::Mat& mask, const cv::Point& corner) const;
+    void learn(const cv::Mat& pixels);
     void miss(double time);
     bool isBackground(const cv::Mat& region, double time);
     void giveUp(const cv::Mat& region);
-    const tarvos::core::cvdata::Blobs::BlobInfo* pick() const;
+    const tarvos::core::cvdata::Blobs::BlobInfo* pick(const Regions& regions) const;
 };
 
 }  // namespace skin_tracker

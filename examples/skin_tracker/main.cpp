@@ -22,7 +22,6 @@
 #include <limits>
 #include <memory>
 #include <optional>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -64,11 +63,9 @@ void checkGpu() {
 #endif
 }
 
-/// The path of the input that is asked for: itself, or in the data directory; empty for a camera.
+/// The path of the input that is asked for: itself, or in the data directory.
 std::string inputOf(const CmdLineParser& parser) {
     std::string name = parser.getValue("input");
-    if (parser.isSet("camera"))
-        return "";
     if (name.empty())
         throw std::runtime_error("-input takes the name of a video or a directory");
     if (std::filesystem::exists(name))
@@ -88,54 +85,34 @@ Tracker trackerOf(int order) {
     return tracker;
 }
 
-/// What there is to do, as the command line says.
-struct Task {
-    explicit Task(const CmdLineParser& parser)
-        : step(numberOf(parser, "step", 1)),
-          most(numberOf(parser, "frames", 0)),
-          order(numberOf(parser, "order", 2, 4)),
-          input(inputOf(parser)),
-          output(parser.getValue("output")),
-          camera(parser.isSet("camera") ? numberOf(parser, "camera", 0) : -1),
-          withVideo(parser.getValueBool("video")),
-          isShown(parser.getValueBool("show")) {
-        std::error_code none;
-        if (std::filesystem::equivalent(input, output, none))
-            throw std::runtime_error("the output directory is the input");
-    }
+std::unique_ptr<FrameSource> sourceOf(const CmdLineParser& parser) {
+    if (parser.isSet("camera"))
+        return FrameSource::openCamera(numberOf(parser, "camera", 0));
+    const std::string input = inputOf(parser);
+    std::error_code none;
+    if (std::filesystem::equivalent(input, parser.getValue("output"), none))
+        throw std::runtime_error("the output directory is the input");
+    return FrameSource::open(input);
+}
 
-    /// How many of the frames that @p source says there are will be used; 0 when it does not say.
-    int expected(const FrameSource& source) const {
-        const int all = (source.frameCount() + step - 1) / step;
-        return most > 0 && all > 0 ? std::min(most, all) : all;
-    }
-
-    int step, most, order;
-    std::string input, output;
-    int camera;  ///< -1 for none
-    bool withVideo, isShown;
-
-    std::string source() const { return camera >= 0 ? "camera " + std::to_string(camera) : input; }
-    std::unique_ptr<FrameSource> open() const {
-        return camera >= 0 ? FrameSource::openCamera(camera) : FrameSource::open(input);
-    }
-};
-
-/// Tracks to the end of the input or of the task, or to the first signal. How many frames a second that were.
-double track(const Task& task, FrameSource& source, Recorder& recorder, const Interruption& interruption) {
-    Tracker tracker = trackerOf(task.order);
+/// Tracks to the end of the input or of what is asked for, or to the first signal. How many frames a second that were.
+double track(const CmdLineParser& parser, FrameSource& source, Recorder& recorder, const Interruption& interruption) {
+    const int step = numberOf(parser, "step", 1);
+    const int most = numberOf(parser, "frames", 0);
+    Tracker tracker = trackerOf(numberOf(parser, "order", 2, 4));
     std::optional<Window> window;
-    if (task.isShown)
+    if (parser.getValueBool("show"))
         window.emplace();
-    Progress progress(task.expected(source));
+    const int all = (source.frameCount() + step - 1) / step;
+    Progress progress(most > 0 && all > 0 ? std::min(most, all) : all);
     Image frame;
     int number = 0;
     bool isEscaped = false;
     const auto isOver = [&] {
-        return isEscaped || interruption.signal() != 0 || (task.most > 0 && recorder.frames() == task.most);
+        return isEscaped || interruption.signal() != 0 || (most > 0 && recorder.frames() == most);
     };
-    for (; !isOver() && (number % task.step == 0 ? source.read(frame) : source.skip()); ++number) {
-        if (number % task.step != 0)
+    for (; !isOver() && source.read(frame); ++number) {
+        if (number % step != 0)
             continue;
         const double time = number / source.frameRate();
         tracker.process(frame, time);
@@ -143,12 +120,10 @@ double track(const Task& task, FrameSource& source, Recorder& recorder, const In
         isEscaped = window && !window->show(frame);
         progress.step();
     }
-    if (recorder.frames() == 0)
-        throw std::runtime_error(isOver() ? "interrupted before the first frame"
-                                          : "no frame can be decoded in " + task.source());
+    if (recorder.frames() == 0 && interruption.signal() == 0)
+        throw std::runtime_error(std::string("no frame of the ") + source.kind() + " can be decoded");
     if (!isOver() && number < source.frameCount())
-        std::cerr << std::string("skin_tracker: the ") +
-                         (std::filesystem::is_directory(task.input) ? "directory" : "video") + " says " +
+        std::cerr << std::string("skin_tracker: the ") + source.kind() + " says " +
                          std::to_string(source.frameCount()) + " frames, " + std::to_string(number) +
                          " could be decoded\n";
     return progress.framesPerSecond();
@@ -156,21 +131,23 @@ double track(const Task& task, FrameSource& source, Recorder& recorder, const In
 
 /// Does what the command line asks for; the signal that ended it early, 0 for none.
 int run(const CmdLineParser& parser) {
-    const Task task(parser);
+    rejectUnknown(parser.unknownWords());
     if (parser.getValueBool("checkgpu"))
         checkGpu();
-    const auto source = task.open();
+    const auto source = sourceOf(parser);
     const Interruption interruption;
-    Recorder recorder(task.output, task.withVideo ? source->frameRate() / task.step : 0.0);
-    const double framesPerSecond = track(task, *source, recorder, interruption);
-    const std::vector<std::string> files = recorder.publish();
+    Recorder recorder(parser.getValue("output"),
+                      parser.getValueBool("video") ? source->frameRate() / numberOf(parser, "step", 1) : 0.0);
+    const double framesPerSecond = track(parser, *source, recorder, interruption);
 
-    std::ostringstream summary;
-    summary << recorder.frames() << " frames" << (interruption.signal() != 0 ? ", then interrupted" : "")
-            << "; hand found in " << recorder.found() << "; " << std::lround(framesPerSecond) << " frames a second\n";
-    for (const std::string& file : files)
-        summary << file << '\n';
-    std::cout << summary.str() << std::flush;
+    std::string summary = std::to_string(recorder.frames()) + " frames" +
+                          (interruption.signal() != 0 ? ", then interrupted" : "") + "; hand found in " +
+                          std::to_string(recorder.found()) + "; " + std::to_string(std::lround(framesPerSecond)) +
+                          " frames a second\n";
+    if (recorder.frames() > 0)
+        for (const std::string& file : recorder.publish())
+            summary += file + "\n";
+    std::cout << summary << std::flush;
     return interruption.signal();
 }
 
@@ -190,7 +167,6 @@ int main(int argc, char** argv) {
     parser.addOption("order", "order of the state: 2 with velocity, 3 with acceleration", "2", false);
     parser.parse();
     try {
-        rejectUnknown(parser.unknownWords());
         const int signal = run(parser);
         return signal == 0 ? 0 : 128 + signal;
     } catch (const tarvos::core::Exception&) {  // which reports itself

@@ -89,9 +89,9 @@ TEST_F(SkinTrackerTest, FollowsAKnownMotionThroughAnOcclusion) {
         EXPECT_LT(cv::norm(velocity - (placeIn(HIDDEN_FROM) - placeIn(HIDDEN_FROM - 2)) * 12.5), 30.0);
         EXPECT_GT(cv::norm(placeAt(HIDDEN_TO - 1) - placeAt(HIDDEN_FROM - 1)), 10.0) << "the prediction coasts";
     }
-    EXPECT_EQ(cv::imread("out/mosaic.png").size(), cv::Size(4 * 320, 4 * 240));
+    EXPECT_EQ(cv::imread("out/mosaic.png").size(), cv::Size(4 * 320, 4 * 240 + 24)) << "with a legend";
     EXPECT_EQ(cv::VideoCapture("out/track.avi").get(cv::CAP_PROP_FRAME_COUNT), FRAMES);
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator("out"), {}), 3) << "nothing else is left";
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator("out"), {}), 4) << "nothing else is left";
 }
 
 TEST_F(SkinTrackerTest, WaitsForAHandAndUsesEveryNthFrame) {
@@ -154,7 +154,7 @@ TEST_F(SkinTrackerTest, PublishesWhatThisRunMadeAndTellsWhatHappened) {
     const ProgramRun run = track("-input frames -output out");
     EXPECT_EQ(run.status, 0);
     EXPECT_THAT(run.output, testing::MatchesRegex("1 frames; hand found in 1; [0-9]+ frames a second\n"
-                                                  "out/track.csv\nout/mosaic.png\n"));
+                                                  "out/track.csv\nout/mosaic.png\nout/track.png\n"));
     EXPECT_EQ(
         run.errors,
         "ERROR: Could not load image: frames/001.png\nskin_tracker: passed over frames/002.png, which is "
@@ -194,7 +194,7 @@ TEST_F(SkinTrackerTest, ASignalEndsItInOrder) {
                        "' -input frames -output out -video & "
                        "while kill -0 $! && ! ls out/.skin*/track.avi; do sleep 0.01; done; kill -INT $!; wait $!)");
     EXPECT_TRUE(run.status == 130 || run.status == 0) << run.errors;  // it may have been faster
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator("out"), {}), 3);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator("out"), {}), 4);
 }
 
 }  // namespace

@@ -1,0 +1,235 @@
+#include "Annotation.h"
+#include "FrameSource.h"
+#include "Mosaic.h"
+#include "Plot.h"
+#include "Stillness.h"
+#include "Tracker.h"
+#include "VideoFile.h"
+#include "support/Captured.h"
+#include "support/TemporaryDirectory.h"
+
+#include <opencv2/imgproc.hpp>
+#include <tarvos/core/cvdata/MatView.h>
+
+#include <cmath>
+
+namespace skin_tracker {
+namespace {
+
+using tarvos::core::cvdata::Image;
+using tarvos::core::cvdata::imageOf;
+using tarvos::core::cvdata::VisContourSamplePts;
+
+const cv::Size SIZE(320, 240);
+const cv::Scalar SKIN(110, 143, 201);
+const cv::Scalar GLOVE(150, 200, 120);
+const cv::Scalar WALL(180, 175, 170);
+
+/// A frame of wall with one thing in it.
+cv::Mat scene(const cv::Rect& place, const cv::Scalar& colour) {
+    cv::Mat frame(SIZE, CV_8UC3, WALL);
+    frame(place).setTo(colour);
+    return frame;
+}
+
+/// A tracker that has seen a hand wander to the right for @p frames frames, 4 pixels each.
+struct Tracked {
+    explicit Tracked(int frames) {
+        outputOf([&] { tracker = std::make_unique<Tracker>(2); });
+        for (int i = 0; i < frames; ++i)
+            see(scene(cv::Rect(40 + 4 * i, 90, 60, 40), SKIN));
+    }
+    void see(const cv::Mat& frame) { tracker->process(imageOf(frame), time += 0.04); }
+
+    std::unique_ptr<Tracker> tracker;
+    double time = 0.0;
+};
+
+cv::Mat hueSaturationValue(const cv::Mat& pixels) {
+    cv::Mat hsv;
+    cv::cvtColor(pixels, hsv, cv::COLOR_RGB2HSV);
+    return hsv;
+}
+
+TEST(ColourModelTest, KnowsAnySkinAndLearnsTheColoursOfOneHand) {
+    std::unique_ptr<SkinModel> skin;
+    outputOf([&] { skin = std::make_unique<SkinModel>(); });
+    const cv::Rect place(40, 90, 60, 40);
+    const cv::Mat gloved = hueSaturationValue(scene(place, GLOVE));
+    cv::Mat mask;
+    skin->mark(hueSaturationValue(scene(place, SKIN)), mask);
+    EXPECT_EQ(cv::countNonZero(mask), place.area());
+    skin->mark(gloved, mask);
+    EXPECT_EQ(cv::countNonZero(mask), 0);
+    cv::Mat known = cv::Mat::zeros(SIZE, CV_8U);
+    known(cv::Rect(40, 90, 40, 40)).setTo(255);
+    HandModel hand;
+    hand.learn(gloved, known);
+    hand.mark(gloved, mask);
+    EXPECT_EQ(cv::boundingRect(mask), place) << "grown from what was known";
+    EXPECT_EQ(cv::countNonZero(mask), place.area());
+}
+
+TEST(RegionsTest, CountsWhatAnOutlineEnclosesAndTracesIt) {
+    cv::Mat mask = cv::Mat::zeros(SIZE, CV_8U);
+    mask(cv::Rect(10, 20, 30, 40)).setTo(255);
+    mask(cv::Rect(20, 30, 5, 5)).setTo(0);
+    mask(cv::Rect(100, 100, 3, 3)).setTo(255);
+    mask(cv::Rect(200, 100, 50, 50)).setTo(255);
+    const Regions regions(mask, 10, {1000, 0});
+    ASSERT_EQ(regions.blobs().dimension(), 2U);
+    EXPECT_EQ(boxOf(*regions.largest()), cv::Rect(1200, 100, 50, 50));
+    const Regions::BlobInfo& other = regions.blobs().mBlobs[regions.blobs().mBlobs[0].mField2 == 30 * 40 ? 0 : 1];
+    EXPECT_EQ(other.mField2, 30 * 40);
+    EXPECT_EQ(other.mVector[0], 1025.0);
+    EXPECT_EQ(cv::countNonZero(regions.maskOf(other, {1320, 240})), 30 * 40);
+    VisContourSamplePts outline;
+    regions.traceOutline(other, outline);
+    ASSERT_GT(outline.mPoints.size(), 10U);
+    EXPECT_EQ(outline.mEdges.back().mPointRefs.back(), &outline.mPoints.front()) << "it is closed";
+}
+
+TEST(RegionsTest, KeepsWhatTouchesAndTidies) {
+    cv::Mat mask = scene({10, 10, 30, 30}, cv::Scalar(1));
+    cv::Mat known = cv::Mat::zeros(SIZE, CV_8U);
+    cv::inRange(mask, cv::Scalar(1, 0, 0), cv::Scalar(1, 0, 0), mask);
+    mask(cv::Rect(100, 100, 30, 30)).setTo(255);
+    mask(cv::Rect(20, 20, 3, 3)).setTo(0);
+    mask.at<unsigned char>(200, 200) = 255;
+    known(cv::Rect(35, 35, 20, 20)).setTo(255);
+    tidy(mask);
+    EXPECT_EQ(cv::countNonZero(mask), 2 * 30 * 30 - 8) << "a hole closed, a speck gone, corners rounded";
+    keepRegionsTouching(known, mask);
+    EXPECT_EQ(cv::boundingRect(mask), cv::Rect(10, 10, 30, 30));
+}
+
+TEST(StillnessTest, TellsWhatMovesAndForgetsWhatWasRemembered) {
+    Stillness stillness;
+    const cv::Rect moving(40, 40, 64, 64);
+    const cv::Rect still(200, 40, 64, 64);
+    const auto maskOf = [](const cv::Rect& place) {
+        cv::Mat mask = cv::Mat::zeros(SIZE, CV_8U);
+        mask(place).setTo(255);
+        return mask;
+    };
+    cv::Mat frame = scene(moving, SKIN);
+    frame(still).setTo(SKIN);
+    stillness.look(frame, 0.0);
+    frame(moving).setTo(WALL);
+    stillness.look(frame, 0.1);
+    EXPECT_TRUE(stillness.moves(maskOf(moving)));
+    EXPECT_FALSE(stillness.moves(maskOf(still)));
+    stillness.remember(maskOf(still));
+    cv::Mat mask(SIZE, CV_8U, cv::Scalar(255));
+    stillness.removeBackground(mask, {});
+    EXPECT_EQ(mask.at<unsigned char>(72, 232), 0);
+    EXPECT_EQ(mask.at<unsigned char>(72, 72), 255);
+    frame(still).setTo(cv::Scalar(0, 0, 255));
+    stillness.look(frame, 0.2);
+    mask.setTo(255);
+    stillness.removeBackground(mask, {});
+    EXPECT_EQ(mask.at<unsigned char>(72, 232), 255) << "it looks different now";
+}
+
+TEST(MotionFilterTest, PredictsByTheDerivativesOfItsOrder) {
+    for (const int order : {2, 3}) {
+        MotionFilter filter(order, 320);
+        const auto boxAt = [&](double t) { return cv::Rect2d(50 * t + (order - 2) * 20 * t * t, 80, 40, 30 + 10 * t); };
+        filter.start(boxAt(0.0), 0.0);
+        for (int i = 1; i <= 50; ++i) {
+            filter.predict(i * 0.04);
+            filter.correct(boxAt(i * 0.04));
+        }
+        EXPECT_NEAR(filter.velocity().x, 50 + (order - 2) * 80, 3.0);
+        filter.predict(2.4);
+        EXPECT_NEAR(filter.box().x, boxAt(2.4).x, 4.0);
+        EXPECT_NEAR(filter.box().height, 54, 2.0);
+        EXPECT_EQ(filter.state().getTimeStamp(), 2.4);
+        const double before = filter.box().height;
+        filter.keepSize();
+        filter.predict(3.0);
+        EXPECT_NEAR(filter.box().height, before, 1e-6);
+    }
+}
+
+TEST(TrackerTest, LooksNearTheHandAndEverywhereWhenItIsNotThere) {
+    Tracked tracked(20);
+    EXPECT_TRUE(tracked.tracker->found());
+    EXPECT_EQ(cv::Rect(tracked.tracker->motion().box()).y, 90);
+    cv::Mat frame = scene({44 + 76, 90, 60, 40}, SKIN);
+    frame(cv::Rect(250, 10, 60, 40)).setTo(SKIN);
+    tracked.see(frame);
+    EXPECT_EQ(tracked.tracker->blobs().dimension(), 1U) << "the other one is far away";
+    tracked.see(scene({48 + 76, 90, 150, 40}, SKIN));
+    EXPECT_EQ(tracked.tracker->area(), 150 * 40 - 4) << "what reaches out of the neighbourhood is seen whole";
+    tracked.see(scene({0, 0, 1, 1}, WALL));
+    EXPECT_FALSE(tracked.tracker->found());
+    EXPECT_TRUE(tracked.tracker->tracking());
+    EXPECT_TRUE(tracked.tracker->outline().mPoints.empty());
+}
+
+TEST(AnnotationTest, DrawsBoxOutlineTrailAndPrediction) {
+    const Tracked tracked(20);
+    Annotation annotation;
+    annotation.follow(*tracked.tracker);
+    Image frame = imageOf(cv::Mat(SIZE, CV_8UC3, cv::Scalar::all(0)));
+    annotation.draw(*tracked.tracker, frame);
+    const cv::Rect box = tracked.tracker->motion().box();
+    cv::Mat drawn;
+    for (const cv::Scalar& colour : {cv::Scalar(255, 64, 0), cv::Scalar(0, 220, 0), cv::Scalar(0, 0, 255)}) {
+        cv::inRange(matView(frame), colour, colour, drawn);
+        EXPECT_GT(cv::countNonZero(drawn), 8) << colour;
+        EXPECT_TRUE(((box + cv::Point(-12, -12) + cv::Size(24, 24)) & cv::boundingRect(drawn)) ==
+                    cv::boundingRect(drawn));
+    }
+    cv::inRange(Annotation::legend(640), cv::Scalar::all(1), cv::Scalar::all(255), drawn);
+    EXPECT_EQ(drawn.cols, 640);
+}
+
+TEST(MosaicTest, SpreadsSixteenFramesEvenly) {
+    Mosaic mosaic;
+    for (int i = 0; i < 400; ++i)
+        mosaic.add(imageOf(cv::Mat(SIZE, CV_8UC3, cv::Scalar::all(i / 2))), "");
+    const auto composed = mosaic.compose();
+    for (int cell = 0; cell < 16; ++cell) {
+        const cv::Vec3b pixel = matView(composed).at<cv::Vec3b>(240 * (cell / 4) + 120, 320 * (cell % 4) + 160);
+        EXPECT_NEAR(pixel[0], cell * 199 / 15, 6) << "cell " << cell;
+    }
+}
+
+TEST(PlotTest, DrawsTheTrackAndShadesWhereThereIsNone) {
+    Tracked tracked(1);
+    Plot plot;
+    for (int i = 0; i < 100; ++i) {
+        tracked.see(i < 20 ? scene(cv::Rect(40 + 4 * i, 90, 60, 40), SKIN) : scene({0, 0, 1, 1}, WALL));
+        plot.add(tracked.time, *tracked.tracker, SIZE);
+    }
+    const Image picture = plot.draw();
+    const auto at = [&](int x, int y) { return matView(picture).at<cv::Vec3b>(y, x); };
+    EXPECT_EQ(at(50, 50), cv::Vec3b(255, 255, 255));
+    EXPECT_EQ(at(600, 50), cv::Vec3b(170, 220, 255)) << "predicted";
+    EXPECT_EQ(at(1200, 50), cv::Vec3b(200, 200, 200)) << "lost";
+    cv::Mat dots;  // darker where the paper is
+    cv::inRange(matView(picture)(cv::Rect(0, 300, 1280, 300)), cv::Scalar(170, 64, 0), cv::Scalar(255, 64, 0), dots);
+    EXPECT_NEAR(cv::boundingRect(dots).br().x, 1280 * 69 / 99, 14);
+}
+
+TEST(VideoFileTest, IsReadAsItWasWritten) {
+    const TemporaryDirectory directory;
+    VideoFile video("12:30.avi", 10.0);
+    for (int i = 0; i < 5; ++i)
+        video.add(imageOf(cv::Mat(SIZE, CV_8UC3, cv::Scalar::all(50 * i))));
+    video.finish();
+    const auto source = FrameSource::open("12:30.avi");
+    EXPECT_EQ(source->frameCount(), 5);
+    EXPECT_EQ(source->frameRate(), 10.0);
+    Image frame;
+    for (int i = 0; i < 5; ++i) {
+        ASSERT_TRUE(source->read(frame));
+        EXPECT_NEAR(matView(frame).at<cv::Vec3b>(120, 160)[1], 50 * i, 4);
+    }
+    EXPECT_FALSE(source->read(frame));
+}
+
+}  // namespace
+}  // namespace skin_tracker
