@@ -63,6 +63,11 @@ std::int64_t Image::Description::bytesPerRow() const {
     return std::int64_t{width} * nofChannels * std::abs(bits) / 8;
 }
 
+/// How far into the buffer the pixels reach. Of a single row OpenCV describes the pixels, whatever the stride.
+std::int64_t Image::Description::reach() const {
+    return height == 1 ? bytesPerRow() : widthStep * height;
+}
+
 /// The fill is counted in channel values, not in bytes: rows of more than 8 bits a value need not end on a multiple
 /// of the alignment.
 Image::Description Image::Description::laidOutByRule() const {
@@ -212,10 +217,7 @@ void Image::updateOpencvHeader() {
     const DepthCode* depth = findDepth(&DepthCode::bits, mDescription.bits);
     if (depth == nullptr)
         TARVOS_REQUIRE(0 && "Image: This depth is not implemented!");
-    // Of a single row OpenCV describes the pixels, whatever the stride.
-    const std::int64_t reach =
-        mDescription.height == 1 ? mDescription.bytesPerRow() : mDescription.widthStep * mDescription.height;
-    TARVOS_REQUIRE((mDescription.isPossible() && reach <= std::int64_t{mImageSize}) &&
+    TARVOS_REQUIRE((mDescription.isPossible() && mDescription.reach() <= std::int64_t{mImageSize}) &&
                    "Image: the description does not fit the buffer.");
     try {
         IplImage header;  // made apart, so that an error leaves the image's own as it was
@@ -316,8 +318,8 @@ bool Image::isInStep() const {
            mIplImage->width == mDescription.width && mIplImage->height == mDescription.height &&
            mIplImage->nChannels == mDescription.nofChannels && depth != nullptr &&
            mIplImage->depth == depth->opencvDepth && mDescription.isPossible() &&
-           mDescription.bytesPerRow() <= mDescription.widthStep &&
-           mDescription.widthStep * mDescription.height <= std::int64_t{mImageSize};
+           (mDescription.bytesPerRow() <= mDescription.widthStep || mDescription.height == 1) &&
+           mDescription.reach() <= std::int64_t{mImageSize};
 }
 
 void Image::swapPixels(Image& other) noexcept {

@@ -160,6 +160,7 @@ private:
 
         bool operator==(const Description& other) const;
         std::int64_t bytesPerRow() const;
+        std::int64_t reach() const;
         Description laidOutByRule() const;
         bool isPossible() const;
     };

@@ -32,6 +32,12 @@ cv::Mat scene(const cv::Rect& place, const cv::Scalar& colour) {
     return frame;
 }
 
+cv::Mat maskOf(const cv::Rect& place) {
+    cv::Mat mask = cv::Mat::zeros(SIZE, CV_8U);
+    mask(place).setTo(255);
+    return mask;
+}
+
 /// A tracker that has seen a hand wander to the right for @p frames frames, 4 pixels each.
 struct Tracked {
     explicit Tracked(int frames) {
@@ -61,57 +67,37 @@ TEST(ColourModelTest, KnowsAnySkinAndLearnsTheColoursOfOneHand) {
     EXPECT_EQ(cv::countNonZero(mask), place.area());
     skin->mark(gloved, mask);
     EXPECT_EQ(cv::countNonZero(mask), 0);
-    cv::Mat known = cv::Mat::zeros(SIZE, CV_8U);
-    known(cv::Rect(40, 90, 40, 40)).setTo(255);
     HandModel hand;
-    hand.learn(gloved, known);
+    hand.learn(gloved, maskOf({40, 90, 40, 40}));
     hand.mark(gloved, mask);
     EXPECT_EQ(cv::boundingRect(mask), place) << "grown from what was known";
     EXPECT_EQ(cv::countNonZero(mask), place.area());
 }
 
-TEST(RegionsTest, CountsWhatAnOutlineEnclosesAndTracesIt) {
-    cv::Mat mask = cv::Mat::zeros(SIZE, CV_8U);
-    mask(cv::Rect(10, 20, 30, 40)).setTo(255);
-    mask(cv::Rect(20, 30, 5, 5)).setTo(0);
-    mask(cv::Rect(100, 100, 3, 3)).setTo(255);
-    mask(cv::Rect(200, 100, 50, 50)).setTo(255);
+TEST(RegionsTest, AreTidiedCountedAndTraced) {
+    cv::Mat mask = maskOf({10, 20, 30, 40}) | maskOf({200, 100, 50, 50}) | maskOf({100, 100, 1, 1});
+    mask(cv::Rect(20, 30, 3, 3)).setTo(0);
+    tidy(mask);
+    EXPECT_EQ(cv::countNonZero(mask), 30 * 40 + 50 * 50 - 8) << "a hole closed, a speck gone, corners rounded";
     const Regions regions(mask, 10, {1000, 0});
     ASSERT_EQ(regions.blobs().dimension(), 2U);
-    EXPECT_EQ(boxOf(*regions.largest()), cv::Rect(1200, 100, 50, 50));
-    const Regions::BlobInfo& other = regions.blobs().mBlobs[regions.blobs().mBlobs[0].mField2 == 30 * 40 ? 0 : 1];
-    EXPECT_EQ(other.mField2, 30 * 40);
-    EXPECT_EQ(other.mVector[0], 1025.0);
-    EXPECT_EQ(cv::countNonZero(regions.maskOf(other, {1320, 240})), 30 * 40);
+    const Regions::BlobInfo& region = *regions.largest();
+    EXPECT_EQ(boxOf(region), cv::Rect(1200, 100, 50, 50));
+    EXPECT_EQ(region.mField2, 50 * 50 - 4);
+    EXPECT_EQ(region.mVector[0], 1225.0);
+    EXPECT_EQ(cv::countNonZero(regions.maskOf(region, {1320, 240})), 50 * 50 - 4);
     VisContourSamplePts outline;
-    regions.traceOutline(other, outline);
+    regions.traceOutline(region, outline);
     ASSERT_GT(outline.mPoints.size(), 10U);
     EXPECT_EQ(outline.mEdges.back().mPointRefs.back(), &outline.mPoints.front()) << "it is closed";
-}
-
-TEST(RegionsTest, KeepsWhatTouchesAndTidies) {
-    cv::Mat mask = scene({10, 10, 30, 30}, cv::Scalar(1));
-    cv::Mat known = cv::Mat::zeros(SIZE, CV_8U);
-    cv::inRange(mask, cv::Scalar(1, 0, 0), cv::Scalar(1, 0, 0), mask);
-    mask(cv::Rect(100, 100, 30, 30)).setTo(255);
-    mask(cv::Rect(20, 20, 3, 3)).setTo(0);
-    mask.at<unsigned char>(200, 200) = 255;
-    known(cv::Rect(35, 35, 20, 20)).setTo(255);
-    tidy(mask);
-    EXPECT_EQ(cv::countNonZero(mask), 2 * 30 * 30 - 8) << "a hole closed, a speck gone, corners rounded";
-    keepRegionsTouching(known, mask);
-    EXPECT_EQ(cv::boundingRect(mask), cv::Rect(10, 10, 30, 30));
+    keepRegionsTouching(maskOf({35, 35, 20, 20}), mask);
+    EXPECT_EQ(cv::boundingRect(mask), cv::Rect(10, 20, 30, 40));
 }
 
 TEST(StillnessTest, TellsWhatMovesAndForgetsWhatWasRemembered) {
     Stillness stillness;
     const cv::Rect moving(40, 40, 64, 64);
     const cv::Rect still(200, 40, 64, 64);
-    const auto maskOf = [](const cv::Rect& place) {
-        cv::Mat mask = cv::Mat::zeros(SIZE, CV_8U);
-        mask(place).setTo(255);
-        return mask;
-    };
     cv::Mat frame = scene(moving, SKIN);
     frame(still).setTo(SKIN);
     stillness.look(frame, 0.0);
@@ -163,27 +149,41 @@ TEST(TrackerTest, LooksNearTheHandAndEverywhereWhenItIsNotThere) {
     tracked.see(scene({48 + 76, 90, 150, 40}, SKIN));
     EXPECT_EQ(tracked.tracker->area(), 150 * 40 - 4) << "what reaches out of the neighbourhood is seen whole";
     tracked.see(scene({0, 0, 1, 1}, WALL));
+    const cv::Rect box = tracked.tracker->motion().box();
+    for (int i = 0; i < 48; ++i)
+        tracked.see(scene({0, 0, 1, 1}, WALL));
+    ASSERT_TRUE(tracked.tracker->tracking());
     EXPECT_FALSE(tracked.tracker->found());
-    EXPECT_TRUE(tracked.tracker->tracking());
     EXPECT_TRUE(tracked.tracker->outline().mPoints.empty());
+    EXPECT_EQ(cv::Rect(tracked.tracker->motion().box()).size(), box.size()) << "out of sight it keeps its size";
+    for (int i = 0; i < 2; ++i)
+        tracked.see(scene({0, 0, 1, 1}, WALL));
+    EXPECT_FALSE(tracked.tracker->tracking()) << "for two seconds";
 }
 
-TEST(AnnotationTest, DrawsBoxOutlineTrailAndPrediction) {
+TEST(TrackerTest, GivesUpWhatNeverMovesButKeepsAHandThatRests) {
+    Tracked resting(20);
+    Tracked still(0);
+    for (int i = 0; i < 60; ++i) {
+        resting.see(scene({40 + 76, 90, 60, 40}, SKIN));
+        EXPECT_TRUE(resting.tracker->found());
+        still.see(scene({200, 20, 60, 40}, SKIN));
+        EXPECT_EQ(still.tracker->found(), i < 25) << i;
+    }
+    still.see(scene({40, 150, 60, 40}, SKIN));
+    EXPECT_TRUE(still.tracker->found()) << "another place";
+}
+
+TEST(AnnotationTest, DrawsBoxOutlineAndPrediction) {
     const Tracked tracked(20);
     Annotation annotation;
-    annotation.follow(*tracked.tracker);
     Image frame = imageOf(cv::Mat(SIZE, CV_8UC3, cv::Scalar::all(0)));
     annotation.draw(*tracked.tracker, frame);
-    const cv::Rect box = tracked.tracker->motion().box();
-    cv::Mat drawn;
-    for (const cv::Scalar& colour : {cv::Scalar(255, 64, 0), cv::Scalar(0, 220, 0), cv::Scalar(0, 0, 255)}) {
+    for (const cv::Scalar& colour : {cv::Scalar(255, 64, 0), {0, 220, 0}, {0, 0, 255}}) {
+        cv::Mat drawn;
         cv::inRange(matView(frame), colour, colour, drawn);
-        EXPECT_GT(cv::countNonZero(drawn), 8) << colour;
-        EXPECT_TRUE(((box + cv::Point(-12, -12) + cv::Size(24, 24)) & cv::boundingRect(drawn)) ==
-                    cv::boundingRect(drawn));
+        EXPECT_GT(cv::countNonZero(drawn), 0) << colour;
     }
-    cv::inRange(Annotation::legend(640), cv::Scalar::all(1), cv::Scalar::all(255), drawn);
-    EXPECT_EQ(drawn.cols, 640);
 }
 
 TEST(MosaicTest, SpreadsSixteenFramesEvenly) {

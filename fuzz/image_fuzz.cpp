@@ -1,0 +1,237 @@
+/// @file
+/// Programs over a few images and mosaics, beside a model that keeps the bytes of each buffer in a vector.
+
+#include "Input.h"
+#include "core/cvdata/TiledImage.h"
+
+#include <opencv2/core/core_c.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <memory>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using tarvos::core::cvdata::Image;
+using tarvos::core::cvdata::TiledImage;
+
+constexpr std::pair<Image::BitsPerChannel, unsigned int> DEPTHS[] = {
+    {Image::BITS_8U, IPL_DEPTH_8U},   {Image::BITS_16U, IPL_DEPTH_16U}, {Image::BITS_32F, IPL_DEPTH_32F},
+    {Image::BITS_64F, IPL_DEPTH_64F}, {Image::BITS_8S, IPL_DEPTH_8S},   {Image::BITS_16S, IPL_DEPTH_16S},
+    {Image::BITS_32S, IPL_DEPTH_32S}};
+constexpr int CHANNELS[] = {1, 3, 3, 4, 4, 3};  // of each layout
+
+/// How an image should be laid out, and what should be in its buffer.
+struct Model {
+    bool isEmpty = true;
+    int width = 0, height = 0, layout = Image::CHANNELS_RGB, depth = 0, align = 4, step = 0;
+    std::vector<unsigned char> buffer{};
+
+    int row() const { return width * CHANNELS[layout] * static_cast<int>(DEPTHS[depth].second & 0xFF) / 8; }
+    int ruledStep() const { return row() + (align - width * CHANNELS[layout] % align) % align; }
+    /// OpenCV tells of a single row what its pixels need.
+    int toldStep() const { return height > 1 ? step : row(); }
+    auto geometry() const { return std::tuple(isEmpty, width, height, layout, depth, align, step); }
+    void layOut() { buffer.resize(static_cast<std::size_t>((step = ruledStep()) * height)); }
+
+    /// What an assignment makes of @p source in a buffer laid out like this one.
+    void take(const Model& source) {
+        if (step == source.step) {
+            std::fill(buffer.begin(), buffer.end(), 0);
+            std::copy_n(source.buffer.begin(), std::min(buffer.size(), source.buffer.size()), buffer.begin());
+            return;
+        }
+        for (int i = 0; i < height; ++i) {
+            std::fill_n(buffer.begin() + i * step, step, 0);
+            std::copy_n(source.buffer.begin() + i * source.step, row(), buffer.begin() + i * step);
+        }
+    }
+    /// What is read from @p header.
+    void describe(const IplImage& header) {
+        const std::string sequence(header.channelSeq, 4);
+        std::tie(width, height, align, step) = std::tuple(header.width, header.height, header.align, header.widthStep);
+        layout = header.nChannels == 1   ? Image::CHANNELS_GRAY
+                 : header.nChannels == 4 ? (sequence.rfind("BGR", 0) == 0 ? Image::CHANNELS_BGRA : Image::CHANNELS_RGBA)
+                 : sequence[0] == 'R'    ? Image::CHANNELS_RGB
+                                         : Image::CHANNELS_BGR;
+    }
+    /// What is made from @p header over these bytes.
+    Model copied(const IplImage& header) const {
+        Model made = *this;
+        made.describe(header);
+        made.buffer.resize(static_cast<std::size_t>(made.step * made.height));
+        return made;
+    }
+};
+
+struct Slot {
+    std::unique_ptr<Image> image = std::make_unique<Image>();
+    Model model;
+    long time = 0;
+
+    void check() const {
+        const IplImage* header = image->iplImage();
+        FUZZ_CHECK(image->empty() == model.isEmpty && (header == nullptr) == model.isEmpty);
+        FUZZ_CHECK(image->getTimeStamp() == time);
+        FUZZ_CHECK(std::equal(model.buffer.begin(), model.buffer.end(), image->imageBuffer()));
+        FUZZ_CHECK(image->width() == model.width && image->height() == model.height);
+        FUZZ_CHECK(image->channels() == model.layout && image->bitsPerChannel() == DEPTHS[model.depth].first);
+        FUZZ_CHECK(image->nofChannels() == CHANNELS[model.layout]);
+        if (model.isEmpty)
+            return;
+        FUZZ_CHECK(header->width == model.width && header->height == model.height);
+        FUZZ_CHECK(header->nChannels == CHANNELS[model.layout] &&
+                   static_cast<unsigned int>(header->depth) == DEPTHS[model.depth].second);
+        FUZZ_CHECK(header->widthStep == model.toldStep() && header->imageSize == model.toldStep() * model.height);
+        FUZZ_CHECK(header->imageData == reinterpret_cast<char*>(image->imageBuffer()));
+    }
+    void fill(Input& input) {
+        for (unsigned char& byte : model.buffer)
+            byte = static_cast<unsigned char>(input.isOver() ? model.buffer.size() : input.byte());
+        std::copy(model.buffer.begin(), model.buffer.end(), image->imageBuffer());
+        image->setTimeStamp(time = input.byte());
+    }
+    void makeOfSize(Input& input) {
+        model = {false, input.below(9), input.below(6), input.below(6), input.below(7)};
+        model.layOut();
+        image = std::make_unique<Image>(model.width, model.height, static_cast<Image::ColorChannels>(model.layout),
+                                        DEPTHS[model.depth].first);
+        fill(input);
+    }
+    void resize(Input& input) {
+        image->setChannels(static_cast<Image::ColorChannels>(model.layout = input.below(6)));
+        model.width = input.below(9);
+        model.height = input.below(6);
+        model.isEmpty = false;
+        model.layOut();
+        image->resizeMemory(model.width, model.height);
+        fill(input);
+    }
+    void makeFromHeader(Input& input) {
+        static const char* const SEQUENCES[] = {"BGRA", "RGBA", "YUVA", "BRGA", "GRAY"};
+        Model given{false, 1 + input.below(8), 1 + input.below(5), input.below(6), input.below(7)};
+        IplImage header;
+        cvInitImageHeader(&header, cvSize(given.width, given.height), static_cast<int>(DEPTHS[given.depth].second),
+                          CHANNELS[given.layout]);
+        std::memcpy(header.channelSeq, SEQUENCES[input.below(5)], 4);
+        header.align = input.below(2) == 0 ? 4 : 8;
+        header.widthStep = given.row() + input.below(12);
+        given.buffer.resize(static_cast<std::size_t>(header.widthStep * (given.height - 1) + given.row()));
+        std::generate(given.buffer.begin(), given.buffer.end(), [&] { return input.byte(); });
+        header.imageData = reinterpret_cast<char*>(given.buffer.data());
+        image = std::make_unique<Image>(&header);
+        model = given.copied(header);
+        time = 0;
+    }
+    /// Another description of the same buffer, if it has room for it.
+    void describe(Input& input) {
+        Model wanted = model;
+        IplImage header = *image->iplImage();
+        header.width = wanted.width = input.below(9);
+        header.height = input.below(6);
+        header.widthStep = wanted.row() + input.below(12);
+        wanted.describe(header);
+        if (wanted.toldStep() * wanted.height > static_cast<int>(model.buffer.size()))
+            return;
+        image->updateFromOpencvHeader(&header);
+        image->updateOpencvHeader();
+        model = wanted;
+    }
+};
+
+void assign(Slot& target, Slot& source, bool isMoving) {
+    const IplImage* header = target.image->iplImage();
+    Model made = source.model;
+    made.layOut();
+    made.take(source.model);
+    const bool keeps = target.model.geometry() == made.geometry();
+    const bool takesOver = isMoving && !keeps && source.model.geometry() == made.geometry() && !made.isEmpty;
+    const unsigned char* buffer = (takesOver ? source : target).image->imageBuffer();
+    if (isMoving)
+        *target.image = std::move(*source.image);
+    else
+        *target.image = *source.image;
+    if (&target == &source)
+        return;
+    FUZZ_CHECK((!keeps && !takesOver) || target.image->imageBuffer() == buffer);
+    FUZZ_CHECK(header == nullptr || made.isEmpty || target.image->iplImage() == header);
+    if (keeps)
+        target.model.take(source.model);
+    else
+        target.model = takesOver ? std::exchange(source.model, {}) : made;
+}
+
+void copy(Slot& target, const Slot& source, bool isCloning) {
+    if (source.model.isEmpty)
+        return;
+    Model made = source.model.copied(*source.image->iplImage());
+    target = {std::unique_ptr<Image>(isCloning ? source.image->clone() : new Image(*source.image)), std::move(made)};
+}
+
+void moveConstruct(Slot& target, Slot& source) {
+    const unsigned char* buffer = source.image->imageBuffer();
+    Slot made{std::make_unique<Image>(std::move(*source.image)), std::exchange(source.model, {}), source.time};
+    FUZZ_CHECK(made.image->imageBuffer() == buffer);
+    target = std::move(made);
+}
+
+/// A mosaic in @p target, some of whose cells are @p cell's image.
+void tile(Input& input, Slot& target, const Slot& cell) {
+    const auto [isEmpty, width, height, layout, depth, align, step] = cell.model.geometry();
+    if (width == 0 || height == 0)
+        return;
+    const auto size = [](int count) { return static_cast<std::size_t>(count); };
+    const int rows = 1 + input.below(3);
+    const int cols = 1 + input.below(3);
+    auto mosaic = std::make_unique<TiledImage>(size(rows), size(cols), size(width), size(height),
+                                               cell.image->channels(), cell.image->bitsPerChannel());
+    TiledImage* tiled = mosaic.get();
+    Slot made{std::move(mosaic), {false, width * cols, height * rows, layout, depth}};
+    made.model.layOut();
+    made.fill(input);
+    for (int cells = input.below(rows * cols + 1); cells > 0; --cells) {
+        const int row = input.below(rows);
+        const int col = input.below(cols);
+        tiled->setCellImage(size(row), size(col), cell.image.get());
+        const auto to = made.model.buffer.begin() + row * height * made.model.step + col * cell.model.row();
+        for (int i = 0; i < height; ++i)
+            std::copy_n(cell.model.buffer.begin() + i * step, cell.model.row(), to + i * made.model.step);
+    }
+    target = std::move(made);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    Input input(bytes, size);
+    std::array<Slot, 3> slots;
+    while (!input.isOver()) {
+        const int operation = input.below(12);
+        Slot& target = slots.at(input.byte() % slots.size());
+        Slot& source = slots.at(input.byte() % slots.size());
+        if (operation == 0)
+            target.makeOfSize(input);
+        else if (operation == 1)
+            target.makeFromHeader(input);
+        else if (operation == 2)
+            target.resize(input);
+        else if (operation == 3 && !target.model.isEmpty)
+            target.describe(input);
+        else if (operation == 4)
+            target.fill(input);
+        else if (operation == 5)
+            tile(input, target, source);
+        else if (operation == 6)
+            moveConstruct(target, source);
+        else if (operation == 7 || operation == 8)
+            copy(target, source, operation == 7);
+        else
+            assign(target, source, operation == 9);
+        std::for_each(slots.begin(), slots.end(), [](const Slot& slot) { slot.check(); });
+    }
+    return 0;
+}
