@@ -16,6 +16,14 @@ function(tarvos_library_properties target)
     -iquote ${PROJECT_SOURCE_DIR}
     # A function that is exported may still be inlined into its neighbours.
     -fno-semantic-interposition)
+  if(TARVOS_HARDENING)
+    target_compile_definitions(${target} PRIVATE _FORTIFY_SOURCE=2 _GLIBCXX_ASSERTIONS)
+    target_compile_options(${target} PRIVATE -fstack-protector-strong)
+    if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|i.86")
+      target_compile_options(${target} PRIVATE -fcf-protection)
+    endif()
+    target_link_options(${target} PRIVATE -Wl,-z,relro,-z,now)
+  endif()
   set_target_properties(${target} PROPERTIES
     TARVOS_LIBRARY ON
     DEBUG_POSTFIX _d

@@ -165,7 +165,7 @@ Image& Image::operator=(const Image& image) {
     return *this;
 }
 
-Image& Image::operator=(Image&& image) {  // NOLINT(performance-noexcept-move-constructor)
+Image& Image::operator=(Image&& image) {  // NOLINT(*-noexcept-move-*,*-exception-escape)
     const Description wanted = image.mDescription.laidOutByRule();
     const bool takesOver = image.isInStep() && image.mDescription == wanted && !(mDescription == wanted && isInStep());
     if (this == &image || !takesOver)

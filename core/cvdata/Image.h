@@ -97,7 +97,7 @@ public:
     Image& operator=(const Image& image);
     /// The same, so that pointers taken from before hold where they would hold after a copy. Where a copy would need a
     /// new buffer, that of @p image is taken over, which becomes empty; otherwise @p image stays as it is.
-    Image& operator=(Image&& image);  // NOLINT(performance-noexcept-move-constructor): it may need a new buffer
+    Image& operator=(Image&& image);  // NOLINT(*-noexcept-move-*,*-exception-escape): it may need a new buffer
 
     /// Whether there are neither buffer nor header: after the default constructor, a file that could not be loaded, or
     /// when the pixels were taken over.

@@ -88,7 +88,7 @@ public:
             throw std::runtime_error("there are no images in the directory " + path);
         std::sort(names.begin(), names.end());
         for (const std::string& name : names)
-            mPaths.push_back(path + "/" + name);
+            mPaths.push_back(std::filesystem::path(path) / name);
     }
 
     bool read(Image& frame) override {

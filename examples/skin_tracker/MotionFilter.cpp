@@ -26,7 +26,8 @@ cv::Mat view(Vector& vector) {
 }
 
 cv::Mat measured(const cv::Rect2d& box) {
-    return (cv::Mat_<double>(BOX, 1) << box.x + box.width / 2, box.y + box.height / 2, box.width, box.height);
+    const cv::Vec4d elements(box.x + box.width / 2, box.y + box.height / 2, box.width, box.height);
+    return cv::Mat(elements, true);
 }
 
 /// dt^n / n!, what the n-th derivative adds over the time dt.

@@ -8,7 +8,6 @@ namespace skin_tracker {
 
 namespace {
 
-using tarvos::core::cvdata::Blobs;
 using tarvos::core::cvdata::VisContourSamplePts;
 using tarvos::math::Vector4;
 

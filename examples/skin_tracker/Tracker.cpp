@@ -103,7 +103,7 @@ Regions Tracker::regionsIn(const cv::Mat& pixels, const cv::Rect& area) const {
 Regions Tracker::regionsOf(cv::Mat& mask, const cv::Point& corner) const {
     mStillness.removeBackground(mask, corner);
     tidy(mask);
-    return Regions(mask, LEAST_AREA * mStillness.size().area(), corner);
+    return {mask, LEAST_AREA * mStillness.size().area(), corner};
 }
 
 /// Whether @p region, which would be the hand at @p time, has been still for too long to be one.

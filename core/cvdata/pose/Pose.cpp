@@ -27,7 +27,8 @@ Pose::Pose(const Pose& pose)
 
 Pose::~Pose() = default;
 
-Pose& Pose::operator=(const Pose& pose) {
+// The vectors' own assignments look whether it is this pose.
+Pose& Pose::operator=(const Pose& pose) {  // NOLINT(bugprone-unhandled-self-assignment)
     TARVOS_REQUIRE((mDimension == pose.mDimension && mDof == pose.mDof) && "Pose: the poses differ in kind.");
     *mData = *pose.mData;
     if (mIncData != mData)
