@@ -17,7 +17,8 @@ namespace {
 using namespace std::string_literals;
 using tarvos::core::cvdata::Image;
 
-const std::string BEGINNINGS[] = {"\x89PNG", "\xFF\xD8\xFF", "BM", "II*\0"s, "MM\0*"s, "RIFF", "P", "#?"};
+const std::string BEGINNINGS[] = {"\x89PNG", "\xFF\xD8\xFF",    "BM", "II*\0"s, "MM\0*"s, "RIFF", "P",
+                                  "#?",      "\x59\xA6\x6A\x95"};
 
 /// A file that is removed at the end of the process.
 struct File {

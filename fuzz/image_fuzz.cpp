@@ -32,7 +32,7 @@ struct Model {
     std::vector<unsigned char> buffer{};
 
     int row() const { return width * CHANNELS[layout] * static_cast<int>(DEPTHS[depth].second & 0xFF) / 8; }
-    int ruledStep() const { return row() + (align - width * CHANNELS[layout] % align) % align; }
+    int ruledStep() const { return row() + (align > 0 ? (align - width * CHANNELS[layout] % align) % align : 0); }
     /// OpenCV tells of a single row what its pixels need.
     int toldStep() const { return height > 1 ? step : row(); }
     auto geometry() const { return std::tuple(isEmpty, width, height, layout, depth, align, step); }
@@ -118,7 +118,7 @@ struct Slot {
         cvInitImageHeader(&header, cvSize(given.width, given.height), static_cast<int>(DEPTHS[given.depth].second),
                           CHANNELS[given.layout]);
         std::memcpy(header.channelSeq, SEQUENCES[input.below(5)], 4);
-        header.align = input.below(2) == 0 ? 4 : 8;
+        header.align = 4 * input.below(3);
         header.widthStep = given.row() + input.below(12);
         given.buffer.resize(static_cast<std::size_t>(header.widthStep * (given.height - 1) + given.row()));
         std::generate(given.buffer.begin(), given.buffer.end(), [&] { return input.byte(); });

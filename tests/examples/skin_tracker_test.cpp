@@ -39,7 +39,7 @@ cv::Mat frameOf(int number) {
 }
 
 ProgramRun track(const std::string& arguments) {
-    return ProgramRun::of("'" SKIN_TRACKER "' " + arguments);
+    return ProgramRun::of("env -u DISPLAY '" SKIN_TRACKER "' " + arguments);
 }
 
 /// The columns of track.csv by their names; empty fields are NaN.
@@ -127,6 +127,7 @@ TEST_F(SkinTrackerTest, WrongInputGivesOneLineAndWritesNothing) {
         {"-input frames -output no/where", tracker + "cannot create the output directory no/where\n"},
         {"-input frames -output frames", tracker + "the output directory is the input\n"},
         {"-input frames -output taken", tracker + "taken/mosaic.png is a directory\n"},
+        {"-input frames -show", tracker + "-show needs a display\n"},
         {"-input frames -outputt x", tracker + "unknown option -outputt, see -help\n"},
         {"-a -input frames -b", tracker + "unknown options -a -b, see -help\n"},
         {"-input frames -frames 2x", tracker + "-frames takes a whole number from 0 up, not \"2x\"\n"},
@@ -159,6 +160,15 @@ TEST_F(SkinTrackerTest, PublishesWhatThisRunMadeAndTellsWhatHappened) {
         "20x10 pixels, the frames before it 320x240\nskin_tracker: the directory says 3 frames, 1 could be decoded\n");
     EXPECT_EQ(contentOf("kept"), "text") << "a link is replaced, not followed";
     EXPECT_FALSE(std::filesystem::exists("out/track.avi"));
+}
+
+TEST_F(SkinTrackerTest, ShowsFramesInAWindowAndABarOnATerminal) {
+    writeFrames(60);
+    const ProgramRun run =
+        ProgramRun::of("export ASAN_OPTIONS=detect_leaks=0; '" XVFB_RUN "' -a script -qec \"'" SKIN_TRACKER
+                       "' -input frames -output out -show\" typescript");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(contentOf("typescript"), testing::ContainsRegex("\\[=+ *\\] +[0-9]+ %, [0-9]+ frames a second, "));
 }
 
 TEST_F(SkinTrackerTest, ASignalEndsItInOrder) {

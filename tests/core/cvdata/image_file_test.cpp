@@ -20,10 +20,9 @@ namespace {
 
 using Maker = std::function<void(const std::string& name)>;
 
-/// Pixels with room behind each row: OpenCV's encoder of Sun rasters reads an odd row to the next even byte.
-cv::Mat noise(int type, int width = 37, int height = 23) {
-    cv::Mat pixels = cv::Mat(height, width + 1, type).colRange(0, width);
-    cv::randu(pixels, 0, CV_MAT_DEPTH(type) == CV_16U ? 65536 : CV_MAT_DEPTH(type) == CV_32F ? 1 : 256);
+cv::Mat noise(int type) {
+    cv::Mat pixels(23, 37, type);
+    cv::randu(pixels, 0, CV_MAT_DEPTH(type) == CV_32F ? 1 : 256);
     return pixels;
 }
 Maker picture(const cv::Mat& pixels) {
@@ -32,29 +31,15 @@ Maker picture(const cv::Mat& pixels) {
 Maker file(const std::string& content) {
     return [=](const std::string& name) { TemporaryDirectory::write(name, content); };
 }
-/// A picture whose file is changed afterwards.
-Maker changed(const cv::Mat& pixels, const std::function<std::string(const std::string&)>& change) {
-    return [=](const std::string& name) {
-        cv::imwrite(name, pixels);
-        TemporaryDirectory::write(name, change(contentOf(name)));
-    };
-}
-
-const std::string QUARTER_TURN(
-    "\xFF\xE1\x00\x22"
-    "Exif\0\0MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0\x06\0\0\0\0\0\0",
-    36);
-
 /// What is in a file is told by the first word of its name.
 const std::map<std::string, Maker> MAKERS = {
     {"colour", picture(noise(CV_8UC3))},
-    {"deep", picture(noise(CV_16UC3))},
-    {"grey", picture(noise(CV_8UC1))},
-    {"alpha", picture(noise(CV_8UC4))},
-    {"row", picture(noise(CV_8UC3, 7, 1))},
     {"float", picture(noise(CV_32FC3))},
-    {"rotated", changed(noise(CV_8UC3), [](std::string content) { return content.insert(2, QUARTER_TURN); })},
-    {"cut", changed(noise(CV_32FC3), [](const std::string& content) { return content.substr(0, 1200); })},
+    {"cut",
+     [](const std::string& name) {
+         cv::imwrite(name, noise(CV_32FC3));
+         fs::resize_file(name, 1200);
+     }},
     {"missing", [](const std::string& /*name*/) {}},
     {"directory", [](const std::string& name) { fs::create_directory(name); }},
     {"pipe", [](const std::string& name) { mkfifo(name.c_str(), 0600); }},
@@ -89,25 +74,13 @@ protected:
     const TemporaryDirectory directory;
 };
 
-using GoodImageFileTest = ImageFileTest;
-
-TEST_P(GoodImageFileTest, GivesThePixelsOfImreadSilently) {
-    make(GetParam());
-    Image image = load(GetParam(), "");
-    const cv::Mat expected = cv::imread(GetParam(), cv::IMREAD_COLOR | cv::IMREAD_IGNORE_ORIENTATION);
-    ASSERT_FALSE(expected.empty());
-    EXPECT_EQ(pixelsOf(*image.iplImage()), pixelsOf(cvIplImage(expected)));
-    expectSound(image);
+TEST_F(ImageFileTest, AGoodFileIsLoadedSilentlyIntoRowsByTheRule) {
+    make("colour.png");
+    Image image = load("colour.png", "");
     const unsigned char* buffer = image.imageBuffer();
     image = Image(image.width(), image.height(), Image::CHANNELS_BGR, Image::BITS_8U);
-    EXPECT_EQ(image.imageBuffer(), buffer) << "rows as in an image made from a size";
+    EXPECT_EQ(image.imageBuffer(), buffer);
 }
-
-INSTANTIATE_TEST_SUITE_P(, GoodImageFileTest,
-                         testing::Values("colour.png", "deep.png", "grey.png", "alpha.png", "row.png", "colour.bmp",
-                                         "grey.bmp", "colour.tiff", "deep.tiff", "colour.webp", "colour.ppm",
-                                         "colour.ras", "colour.jpg", "rotated.jpg", "float.hdr", "float.pfm"),
-                         NAME_OF_FILE);
 
 using NoImageFileTest = ImageFileTest;
 
