@@ -45,8 +45,6 @@ const Gpu GPUS[] = {
     {"NoGlew", "WITHHELD=glewInit", "1 1", 255, "ERROR: GLScene::initOpenGLContext\\(\\): Missing GL version\n", ""},
     {"NoFragmentShader", "WITHHELD=GL_ARB_fragment_shader", "1 1", 255, VENDOR, NO_SHADERS},
     {"NoVertexShaderInMesa", "MESA_EXTENSION_OVERRIDE=-GL_ARB_vertex_shader", "1 1", 255, VENDOR, NO_SHADERS},
-    {"NoShaderObjects", "WITHHELD=GL_ARB_shader_objects", "1 1", 255, VENDOR, NO_SHADERS},
-    {"NoShadingLanguage", "WITHHELD=GL_ARB_shading_language_100", "1 1", 255, VENDOR, NO_SHADERS},
     {"NoFramebufferObject", "WITHHELD=GL_EXT_framebuffer_object", "1 1", 255, VENDOR,
      "ERROR: Framebuffer Objects (GL_EXT_framebuffer_object) are not supported.\n"},
     {"NoTextureRectangleInMesa", "MESA_EXTENSION_OVERRIDE=-GL_ARB_texture_rectangle", "1 1", 255, VENDOR,

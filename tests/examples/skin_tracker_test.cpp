@@ -46,16 +46,11 @@ ProgramRun track(const std::string& arguments) {
 std::map<std::string, std::vector<double>> columnsOf(const std::string& path) {
     std::istringstream lines(contentOf(path));
     std::map<std::string, std::vector<double>> columns;
-    std::vector<std::string> names;
-    for (std::string line, field; std::getline(lines, line);) {
-        std::istringstream fields(line);
-        for (std::size_t i = 0; std::getline(fields, field, ','); ++i) {
-            if (columns.empty() || names.size() <= i)
-                columns[field], names.push_back(field);
-            else
-                columns[names[i]].push_back(field.empty() ? NAN : std::stod(field));
-        }
-    }
+    std::string names;
+    std::getline(lines, names);
+    for (std::string line, name, field; std::getline(lines, line);)
+        for (std::istringstream heads(names), fields(line); std::getline(heads, name, ',');)
+            columns[name].push_back(std::getline(fields, field, ',') && !field.empty() ? std::stod(field) : NAN);
     return columns;
 }
 
@@ -87,7 +82,14 @@ TEST_F(SkinTrackerTest, FollowsAKnownMotionThroughAnOcclusion) {
     const cv::Point2d velocity(columns["vx"][HIDDEN_FROM - 1], columns["vy"][HIDDEN_FROM - 1]);
     EXPECT_LT(cv::norm(velocity - (placeIn(HIDDEN_FROM) - placeIn(HIDDEN_FROM - 2)) * 12.5), 30.0);
     EXPECT_GT(cv::norm(placeAt(HIDDEN_TO - 1) - placeAt(HIDDEN_FROM - 1)), 10.0) << "the prediction coasts";
-    EXPECT_EQ(cv::imread("out/mosaic.png").size(), cv::Size(4 * 320, 4 * 240 + 24)) << "with a legend";
+    const cv::Mat mosaic = cv::imread("out/mosaic.png");
+    EXPECT_EQ(mosaic.size(), cv::Size(4 * 320, 4 * 240 + 24)) << "with a legend";
+    for (const cv::Scalar& colour :
+         {cv::Scalar(255, 64, 0), {0, 220, 0}, {0, 0, 255}, {0, 220, 255}, {128, 128, 128}}) {
+        cv::Mat drawn;
+        cv::inRange(mosaic.rowRange(0, 4 * 240), colour, colour, drawn);
+        EXPECT_GT(cv::countNonZero(drawn), 20) << "box, outline, prediction, trail, box out of sight: " << colour;
+    }
     EXPECT_EQ(cv::VideoCapture("out/track.avi").get(cv::CAP_PROP_FRAME_COUNT), FRAMES);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator("out"), {}), 4) << "nothing else is left";
 }
@@ -163,6 +165,8 @@ TEST_F(SkinTrackerTest, PublishesWhatThisRunMadeAndTellsWhatHappened) {
 }
 
 TEST_F(SkinTrackerTest, ShowsFramesInAWindowAndABarOnATerminal) {
+    if (ProgramRun::of("script -qec true typescript").status != 0)
+        GTEST_SKIP() << "there are no terminals";
     writeFrames(60);
     const ProgramRun run =
         ProgramRun::of("export ASAN_OPTIONS=detect_leaks=0; '" XVFB_RUN "' -a script -qec \"'" SKIN_TRACKER

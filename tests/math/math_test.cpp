@@ -93,18 +93,16 @@ TEST(SquareMatrixTest, InvertsWhatCanBeInverted) {
     EXPECT_THROW(matrix.invert(method), std::domain_error);
 }
 
-class DiagonalInverseTest : public testing::TestWithParam<unsigned int> {};
-
-TEST_P(DiagonalInverseTest, IsFiniteOrThrows) {
-    SquareMatrix matrix(GetParam());
-    eigenMap(matrix).setIdentity();
-    eigenMap(matrix) *= 4.0;
-    EXPECT_TRUE(eigenMap(matrix.invert(Matrix::INVERSION_LU)).isApprox(0.0625 * eigenMap(matrix)));
-    eigenMap(matrix) *= 1e-310;
-    EXPECT_THROW(matrix.invert(Matrix::INVERSION_LU), std::domain_error);
+TEST(SquareMatrixTest, AnInverseIsFiniteOrThereIsNone) {
+    for (unsigned int size = 1; size < 7; ++size) {
+        SquareMatrix matrix(size);
+        eigenMap(matrix).setIdentity();
+        eigenMap(matrix) *= 4.0;
+        EXPECT_TRUE(eigenMap(matrix.invert(Matrix::INVERSION_LU)).isApprox(0.0625 * eigenMap(matrix))) << size;
+        eigenMap(matrix) *= 1e-310;
+        EXPECT_THROW(matrix.invert(Matrix::INVERSION_LU), std::domain_error) << size;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(, DiagonalInverseTest, testing::Range(1U, 7U), testing::PrintToStringParamName());
 
 TEST(MatrixTest, PrintsOneLineARow) {
     std::ostringstream text;

@@ -1,10 +1,12 @@
-#include "core/cvdata/Image.h"
+#include "core/cvdata/TiledImage.h"
 #include "core/cvdata/features/Blobs.h"
 #include "core/cvdata/features/ColorGMM.h"
 #include "core/cvdata/features/ColourHist2d.h"
 #include "core/cvdata/features/VisContourSamplePts.h"
 #include "support/ContractDeath.h"
 #include "support/Pixels.h"
+
+#include <type_traits>
 
 using namespace tarvos::core::cvdata;
 
@@ -32,6 +34,25 @@ TEST(CvDataTest, TagsTellTheKind) {
     EXPECT_EQ(VisContourSamplePts().type(), 0x4000001C);
     EXPECT_EQ(Blobs().type(), 0x4000001D);
     EXPECT_EQ(ColorGMM(1, 1).type(), 0x4000001F);
+}
+
+template <typename Data, typename StorageOf>
+void expectToMoveWithoutCopying(Data source, StorageOf storageOf) {
+    static_assert(std::is_nothrow_move_constructible_v<Data> && std::is_nothrow_move_assignable_v<Data>);
+    const void* storage = storageOf(source);
+    Data moved(std::move(source));
+    source = std::move(moved);
+    EXPECT_EQ(storageOf(source), storage);
+}
+
+TEST(CvDataTest, MovesWithoutCopying) {
+    Blobs blobs;
+    blobs.addBlob();
+    expectToMoveWithoutCopying(blobs, [](const Blobs& moved) { return moved.mBlobs.data(); });
+    expectToMoveWithoutCopying(ColorGMM(2, 2), [](const ColorGMM& moved) { return moved.mMixtures.at(1).get(); });
+    expectToMoveWithoutCopying(ColourHist2d(2, 2, 2), [](const ColourHist2d& moved) { return moved.data().data(); });
+    expectToMoveWithoutCopying(TiledImage(2, 2, 4, 4, Image::CHANNELS_GRAY, Image::BITS_8U),
+                               [](const TiledImage& moved) { return moved.imageBuffer(); });
 }
 
 TEST(VisualFeaturesTest, BetweenFeaturesOnlyTheFlagMoves) {

@@ -6,7 +6,6 @@
 
 #include <new>
 #include <tuple>
-#include <type_traits>
 
 using tarvos::core::cvdata::Blobs;
 
@@ -57,16 +56,6 @@ TEST(BlobsTest, CopiesEveryMemberOfEveryRecord) {
         target.addBlob();
         EXPECT_EQ(target.dimension(), 1U);
     }
-}
-
-TEST(BlobsTest, MovesWithoutCopying) {
-    static_assert(std::is_nothrow_move_constructible_v<Blobs> && std::is_nothrow_move_assignable_v<Blobs>);
-    Blobs source = listOf(3);
-    const Blobs::BlobInfo* records = source.mBlobs.data();
-    Blobs moved(std::move(source));
-    source = std::move(moved);
-    EXPECT_EQ(source.mBlobs.data(), records);
-    EXPECT_EQ(moved.dimension(), 0U);
 }
 
 }  // namespace
