@@ -82,13 +82,12 @@ public:
         std::vector<std::string> names;
         std::vector<std::string> directories;
         Filesystem::ls(path, names, directories);
-        names.erase(std::remove_if(names.begin(), names.end(), [](const auto& name) { return !isImage(name); }),
-                    names.end());
-        if (names.empty())
-            throw std::runtime_error("there are no images in the directory " + path);
-        std::sort(names.begin(), names.end());
         for (const std::string& name : names)
-            mPaths.push_back(std::filesystem::path(path) / name);
+            if (isImage(name))
+                mPaths.push_back(std::filesystem::path(path) / name);
+        if (mPaths.empty())
+            throw std::runtime_error("there are no images in the directory " + path);
+        std::sort(mPaths.begin(), mPaths.end());
     }
 
     bool read(Image& frame) override {

@@ -33,13 +33,10 @@ int binOf(const cv::Vec3b& hsv) {
 
 void count(const cv::Mat& hsv, const cv::Mat& mask, ColourHist2d& histogram) {
     double* bins = histogram.data().data();
-    for (int row = 0; row < hsv.rows; ++row) {
-        const auto* colour = hsv.ptr<cv::Vec3b>(row);
-        const auto* counted = mask.ptr<unsigned char>(row);
-        for (int col = 0; col < hsv.cols; ++col)
-            if (counted[col] != 0)
-                bins[binOf(colour[col])] += 1.0;
-    }
+    auto counted = mask.begin<unsigned char>();
+    for (auto colour = hsv.begin<cv::Vec3b>(); colour != hsv.end<cv::Vec3b>(); ++colour, ++counted)
+        if (*counted != 0)
+            bins[binOf(*colour)] += 1.0;
 }
 
 /// Half of each bin added to the next ones in all three directions: colours next to those seen are likely too.
@@ -100,13 +97,8 @@ void HandModel::learn(const cv::Mat& hsv, const cv::Mat& known) {
 
 void HandModel::mark(const cv::Mat& hsv, cv::Mat& mask) const {
     mask.create(hsv.size(), CV_8UC1);
-    const auto* ofHand = mOfHand.ptr<unsigned char>();
-    for (int row = 0; row < hsv.rows; ++row) {
-        const auto* colour = hsv.ptr<cv::Vec3b>(row);
-        auto* marked = mask.ptr<unsigned char>(row);
-        for (int col = 0; col < hsv.cols; ++col)
-            marked[col] = ofHand[binOf(colour[col])];
-    }
+    std::transform(hsv.begin<cv::Vec3b>(), hsv.end<cv::Vec3b>(), mask.begin<unsigned char>(),
+                   [ofHand = mOfHand.ptr<unsigned char>()](const cv::Vec3b& colour) { return ofHand[binOf(colour)]; });
 }
 
 }  // namespace skin_tracker
