@@ -152,10 +152,9 @@ inline void State::pack(const math::Vector& posePart, math::Vector& packed) cons
 
 /// Fills all blocks from @p values, block after block.
 inline void State::unpackBlocks(const double* values) {
-    for (math::Vector& block : mDerivatives) {
-        std::copy_n(values, block.dimension(), block.data());
-        values += block.dimension();
-    }
+    for (math::Vector& block : mDerivatives)
+        for (double& element : block)
+            element = *values++;
 }
 
 }  // namespace tarvos::core
