@@ -5,6 +5,7 @@
 #include <tarvos/core/cvdata/MatView.h>
 
 #include <algorithm>
+#include <numeric>
 
 namespace skin_tracker {
 
@@ -40,7 +41,8 @@ void Plot::add(double time, const Tracker& tracker, const cv::Size& size) {
 }
 
 tarvos::core::cvdata::Image Plot::draw() const {
-    const double fastest = mSpeed.empty() ? 1.0 : *std::max_element(mSpeed.begin(), mSpeed.end());
+    const double fastest =
+        std::accumulate(mSpeed.begin(), mSpeed.end(), 1.0, [](auto a, auto b) { return std::max(a, b); });
     const cv::Mat x = curve("x of the centre in pixels; orange: predicted, grey: no hand", mX, mSize.width, false);
     const cv::Mat y = curve("y of the centre in pixels, downward", mY, mSize.height, true);
     const cv::Mat speed = curve("speed in pixels a second", mSpeed, fastest, false);
