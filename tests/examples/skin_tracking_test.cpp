@@ -162,7 +162,7 @@ TEST(TrackerTest, LooksNearTheHandAndEverywhereWhenItIsNotThere) {
 TEST(TrackerTest, GivesUpWhatNeverMovesButKeepsAHandThatRests) {
     Tracked resting(20);
     Tracked still(0);
-    for (int i = 0; i < 60; ++i) {
+    for (int i = 0; i < 100; ++i) {
         resting.see(scene({40 + 76, 90, 60, 40}, SKIN));
         EXPECT_TRUE(resting.tracker->found());
         still.see(scene({200, 20, 60, 40}, SKIN));
