@@ -3,7 +3,6 @@
 #include <opencv2/imgproc.hpp>
 #include <tarvos/core/cvdata/MatView.h>
 
-#include <algorithm>
 #include <cmath>
 
 namespace skin_tracker {

@@ -10,7 +10,7 @@
 #include <opencv2/imgproc.hpp>
 #include <tarvos/core/cvdata/MatView.h>
 
-#include <cmath>
+#include <memory>
 
 namespace skin_tracker {
 namespace {
