@@ -4,7 +4,7 @@
 #include "Stillness.h"
 #include "Tracker.h"
 #include "VideoFile.h"
-#include "support/Captured.h"
+#include "support/Output.h"
 #include "support/TemporaryDirectory.h"
 
 #include <opencv2/imgproc.hpp>

@@ -1,5 +1,5 @@
 #include "core/cvdata/MatView.h"
-#include "support/Captured.h"
+#include "support/Output.h"
 #include "support/Pixels.h"
 #include "support/Program.h"
 #include "support/TemporaryDirectory.h"

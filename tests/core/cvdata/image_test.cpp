@@ -1,7 +1,7 @@
 #include "core/cvdata/Image.h"
 
 #include "core/cvdata/MatView.h"
-#include "support/ContractDeath.h"
+#include "support/Output.h"
 #include "support/Pixels.h"
 
 #include <climits>
@@ -13,38 +13,33 @@ namespace {
 
 class ImageContractTest : public testing::Test {
 protected:
-    const std::string file = "core/cvdata/Image.cpp";
-    const std::string type = "tarvos::core::cvdata::Image::";
     const Image empty;
     Image image{4, 4, Image::CHANNELS_GRAY, Image::BITS_8U};
     IplImage header = *image.iplImage();
 };
 
 TEST_F(ImageContractTest, StopsOnALayoutOrDepthThatThereIsNot) {
-    EXPECT_CONTRACT(Image(2, 2, static_cast<Image::ColorChannels>(6), Image::BITS_8U), file,
-                    "void " + type + "setNofChannels(" + type + "ColorChannels)",
+    EXPECT_CONTRACT(Image(2, 2, static_cast<Image::ColorChannels>(6), Image::BITS_8U), "Image::setNofChannels",
                     "false && \"not supported number of mChannels\"");
-    EXPECT_CONTRACT(Image(2, 2, Image::CHANNELS_BGR, static_cast<Image::BitsPerChannel>(24)), file,
-                    "void " + type + "updateOpencvHeader()", "0 && \"Image: This depth is not implemented!\"");
+    EXPECT_CONTRACT(Image(2, 2, Image::CHANNELS_BGR, static_cast<Image::BitsPerChannel>(24)),
+                    "Image::updateOpencvHeader", "0 && \"Image: This depth is not implemented!\"");
     header.depth = IPL_DEPTH_1U;
-    EXPECT_CONTRACT(Image copy(&header), file, "void " + type + "updateFromOpencvHeader(const IplImage*)",
+    EXPECT_CONTRACT(Image copy(&header), "Image::updateFromOpencvHeader",
                     "0 && \"Image: This depth is not implemented!\"");
 }
 
 TEST_F(ImageContractTest, StopsOnAHeaderThatIsNoImage) {
-    const std::string copyOf = type + "Image(const tarvos::core::cvdata::Image&)";
     EXPECT_DEATH(Image(static_cast<const IplImage*>(nullptr)), "there is no header to copy");
     EXPECT_DEATH(image.updateFromOpencvHeader(nullptr), "there is no header to read");
     header.imageData = nullptr;
     EXPECT_DEATH(Image copy(&header), "the header has no pixels");
-    header.nChannels = 2;
-    EXPECT_CONTRACT(Image copy(&header), file, type + "Image(const IplImage*)",
+    header.nChannels = image.iplImage()->nChannels = 2;
+    EXPECT_CONTRACT(Image copy(&header), "Image::Image",
                     "(image->nChannels == 1) || (image->nChannels == 3) || (image->nChannels == 4)");
-    image.iplImage()->nChannels = 2;
-    EXPECT_CONTRACT(Image copy(image), file, copyOf,
+    EXPECT_CONTRACT(Image copy(image), "Image::Image",
                     "(image.iplImage()->nChannels == 1) || (image.iplImage()->nChannels == 3) || "
                     "(image.iplImage()->nChannels == 4)");
-    EXPECT_CONTRACT(Image copy(empty), file, copyOf,
+    EXPECT_CONTRACT(Image copy(empty), "Image::Image",
                     "(((image.iplImage()) != __null && ((const IplImage*)(image.iplImage()))->nSize == "
                     "sizeof(IplImage)) && ((IplImage*)image.iplImage())->imageData != __null) && \"Source image "
                     "doesn't exist, can't use the copy constructor 'cvdata::Image(const Image& image)'.\"");
@@ -69,6 +64,8 @@ TEST_F(ImageContractTest, AStrideThatOpencvRejectsIsItsErrorAndChangesNothing) {
     EXPECT_THROW(image.updateOpencvHeader(), cv::Exception);
     EXPECT_EQ(image.iplImage()->nChannels, 1);
     EXPECT_EQ(cvGetImageROI(image.iplImage()).width, 2);
+    for (header.height = 1; header.height <= 2; ++header.height)
+        EXPECT_THROW((header.widthStep = 3, Image(&header)), cv::Exception);
 }
 
 TEST_F(ImageContractTest, StopsOnCopyingWhatIsOutOfStep) {
@@ -89,13 +86,6 @@ TEST(ImageTest, AnAssignmentKeepsTheRegionOfInterestOrTakesNone) {
     Image target(3, 3, Image::CHANNELS_GRAY, Image::BITS_8U);
     target = std::move(image);
     EXPECT_EQ(target.iplImage()->roi, nullptr) << "a copy would have none";
-}
-
-TEST(ImageTest, TooShortAStrideIsAnError) {
-    const cv::Mat pixels(2, 7, CV_16UC3);
-    IplImage header = cvIplImage(pixels);
-    for (header.height = 1; header.height <= 2; ++header.height)
-        EXPECT_THROW((header.widthStep = 41, Image(&header)), cv::Exception);
 }
 
 TEST(ImageTest, ImpossibleSizesAreAnAllocationFailureAndLoseNothing) {

@@ -1,5 +1,5 @@
 #include "core/parser/CmdLineParser.h"
-#include "support/Captured.h"
+#include "support/Output.h"
 
 #include <locale>
 

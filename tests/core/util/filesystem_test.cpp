@@ -1,7 +1,7 @@
 #include "core/util/Filesystem.h"
 
 #include "core/Exception.h"
-#include "support/Captured.h"
+#include "support/Output.h"
 #include "support/Program.h"
 #include "support/TemporaryDirectory.h"
 

@@ -1,6 +1,6 @@
 #include "core/util/Resources.h"
 
-#include "support/Captured.h"
+#include "support/Output.h"
 #include "support/TemporaryDirectory.h"
 
 #include <cstdlib>

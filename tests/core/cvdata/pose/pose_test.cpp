@@ -1,7 +1,7 @@
 #include "core/cvdata/pose/Pose.h"
 
 #include "core/cvdata/pose/VectorPose.h"
-#include "support/ContractDeath.h"
+#include "support/Output.h"
 #include "support/Poses.h"
 
 #include <memory>
@@ -46,10 +46,9 @@ TEST(PoseTest, StopsOnWrongSizes) {
     TestPose pose(3, 2);
     Vector three(3);
     Vector two(2);
-    const std::string function = "void tarvos::core::cvdata::Pose::";
-    EXPECT_CONTRACT(pose.getData(two), "core/cvdata/pose/Pose.h", function + "getData(tarvos::math::Vector&)",
+    EXPECT_CONTRACT(pose.getData(two), "Pose::getData",
                     "(int)vec.dimension() == dimension() && \"ERROR: getData - vector sizes does not match!\"");
-    EXPECT_CONTRACT(pose.getIncData(three), "core/cvdata/pose/Pose.h", function + "getIncData(tarvos::math::Vector&)",
+    EXPECT_CONTRACT(pose.getIncData(three), "Pose::getIncData",
                     "((int)vec.dimension() == dof()) && \"ERROR: getIncData - vector sizes does not match!\"");
     EXPECT_DEATH(TestPose(2, -1), "count of elements is negative");
     EXPECT_DEATH(static_cast<Pose&>(pose) = TestPose(2, 2), "poses differ in kind");
