@@ -5,66 +5,61 @@
 #include "core/parser/CmdLineParser.h"
 
 #include <map>
-#include <set>
 #include <string>
 #include <vector>
 
-using tarvos::core::parser::CmdLineParser;
+namespace {
+
+const std::string NAMES[] = {"a", "b", "c", "", "-a", "a=1"};
+const std::string WORDS[] = {"-a", "-b", "-c", "-", "--a", "-a=1", "a", "", "1", "12 x", "-7", "-help?"};
+
+struct Record {
+    bool isFlag = false, isSet = false;
+    std::string value;
+};
+
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    static const std::string NAMES[] = {"a", "b", "c", "", "-a", "a=1"};
-    static const std::string WORDS[] = {"-a", "-b", "-c", "-", "--a", "-a=1", "a", "", "1", "12 x", "-7", "-help?"};
     Input input(bytes, size);
-    std::set<std::string> flags{"help"};
-    std::map<std::string, std::string> options;
+    std::vector<std::string> words(input.byte() % 16U);
+    std::vector<char*> arguments;
+    for (std::string& word : words)
+        arguments.push_back((word = WORDS[input.below(12)]).data());
+    tarvos::core::parser::CmdLineParser parser(static_cast<int>(arguments.size()), arguments.data());
+    std::map<std::string, Record> known;
     for (const std::string& name : NAMES) {
         const int kind = input.below(3);
         if (kind == 1)
-            flags.insert(name);
-        else if (kind == 2)
-            options[name] = std::to_string(input.byte());
-    }
-    std::vector<std::string> words;
-    while (!input.isOver())
-        words.push_back(WORDS[input.below(12)]);
-    std::vector<char*> arguments;
-    for (std::string& word : words)
-        arguments.push_back(word.data());
-    CmdLineParser parser(static_cast<int>(arguments.size()), arguments.data());
-    for (const std::string& name : flags)
-        if (name != "help")
             parser.addFlag(name, "");
-    for (const auto& [name, value] : options)
-        parser.addOption(name, "", value, false);
-
-    std::set<std::string> seen;
+        else if (kind == 2)
+            parser.addOption(name, "", "7", false);
+        if (kind > 0)
+            known[name] = {kind == 1, false, kind == 1 ? "0" : "7"};
+    }
     std::vector<std::string> unknown;
     for (std::size_t i = 0; i < words.size(); ++i) {
         if (words[i].rfind('-', 0) != 0)
             continue;
-        const std::string name = words[i].substr(1);
-        if (flags.count(name) + options.count(name) == 0) {
+        const auto record = known.find(words[i].substr(1));
+        if (record == known.end())
             unknown.push_back(words[i]);
-            continue;
-        }
-        seen.insert(name);
-        if (options.count(name) == 0)
-            continue;
-        if (i + 1 == words.size())
+        else if (record->second.isFlag)
+            record->second = {true, true, "1"};
+        else if (i + 1 < words.size())
+            record->second = {false, true, words[++i]};
+        else
             return 0;  // which ends the process
-        options[name] = words[++i];
     }
     parser.parse();
     parser.parse();  // which changes nothing
     FUZZ_CHECK(parser.unknownWords() == unknown);
     for (const std::string& name : NAMES) {
-        FUZZ_CHECK(parser.isSet(name) == (seen.count(name) > 0));
-        const std::string value = flags.count(name) > 0     ? std::to_string(seen.count(name))
-                                  : options.count(name) > 0 ? options[name]
-                                                            : "";
-        FUZZ_CHECK(parser.getValue(name) == value);
-        FUZZ_CHECK(parser.getValueBool(name) == (value == "1"));
-        FUZZ_CHECK(parser.getValueInt(name) == std::atoi(value.c_str()));
+        const Record& record = known[name];
+        FUZZ_CHECK(parser.isSet(name) == record.isSet);
+        FUZZ_CHECK(parser.getValue(name) == record.value);
+        FUZZ_CHECK(parser.getValueBool(name) == (record.value == "1"));
+        FUZZ_CHECK(parser.getValueInt(name) == std::atoi(record.value.c_str()));
     }
     return 0;
 }

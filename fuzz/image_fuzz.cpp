@@ -7,9 +7,9 @@
 #include <opencv2/core/core_c.h>
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <memory>
+#include <numeric>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -31,39 +31,44 @@ struct Model {
     int width = 0, height = 0, layout = Image::CHANNELS_RGB, depth = 0, align = 4, step = 0;
     std::vector<unsigned char> buffer{};
 
-    int row() const { return width * CHANNELS[layout] * static_cast<int>(DEPTHS[depth].second & 0xFF) / 8; }
-    int ruledStep() const { return row() + (align > 0 ? (align - width * CHANNELS[layout] % align) % align : 0); }
+    int channels() const { return CHANNELS[layout]; }
+    int row() const { return width * channels() * static_cast<int>(DEPTHS[depth].second & 0xFF) / 8; }
     /// OpenCV tells of a single row what its pixels need.
     int toldStep() const { return height > 1 ? step : row(); }
     auto geometry() const { return std::tuple(isEmpty, width, height, layout, depth, align, step); }
-    void layOut() { buffer.resize(static_cast<std::size_t>((step = ruledStep()) * height)); }
+    void allocate() { buffer.resize(static_cast<std::size_t>(step * height)); }
+    void layOutByRule() {
+        step = row() + (align > 0 ? (align - width * channels() % align) % align : 0);
+        allocate();
+    }
+    void fill(int seed) { std::iota(buffer.begin(), buffer.end(), static_cast<unsigned char>(seed)); }
 
     /// What an assignment makes of @p source in a buffer laid out like this one.
     void take(const Model& source) {
-        if (step == source.step) {
-            std::fill(buffer.begin(), buffer.end(), 0);
+        std::fill(buffer.begin(), buffer.end(), 0);
+        if (step == source.step)
             std::copy_n(source.buffer.begin(), std::min(buffer.size(), source.buffer.size()), buffer.begin());
-            return;
-        }
-        for (int i = 0; i < height; ++i) {
-            std::fill_n(buffer.begin() + i * step, step, 0);
-            std::copy_n(source.buffer.begin() + i * source.step, row(), buffer.begin() + i * step);
-        }
+        else
+            paste(source, buffer.begin());
+    }
+    void paste(const Model& source, std::vector<unsigned char>::iterator to) const {
+        for (int i = 0; i < source.height; ++i)
+            std::copy_n(source.buffer.begin() + i * source.step, source.row(), to + i * step);
     }
     /// What is read from @p header.
     void describe(const IplImage& header) {
-        const std::string sequence(header.channelSeq, 4);
+        const bool isBgr = std::memcmp(header.channelSeq, "BGR", 3) == 0;
         std::tie(width, height, align, step) = std::tuple(header.width, header.height, header.align, header.widthStep);
-        layout = header.nChannels == 1   ? Image::CHANNELS_GRAY
-                 : header.nChannels == 4 ? (sequence.rfind("BGR", 0) == 0 ? Image::CHANNELS_BGRA : Image::CHANNELS_RGBA)
-                 : sequence[0] == 'R'    ? Image::CHANNELS_RGB
-                                         : Image::CHANNELS_BGR;
+        layout = header.nChannels == 1         ? Image::CHANNELS_GRAY
+                 : header.nChannels == 4       ? (isBgr ? Image::CHANNELS_BGRA : Image::CHANNELS_RGBA)
+                 : header.channelSeq[0] == 'R' ? Image::CHANNELS_RGB
+                                               : Image::CHANNELS_BGR;
     }
     /// What is made from @p header over these bytes.
     Model copied(const IplImage& header) const {
         Model made = *this;
         made.describe(header);
-        made.buffer.resize(static_cast<std::size_t>(made.step * made.height));
+        made.allocate();
         return made;
     }
 };
@@ -80,51 +85,45 @@ struct Slot {
         FUZZ_CHECK(std::equal(model.buffer.begin(), model.buffer.end(), image->imageBuffer()));
         FUZZ_CHECK(image->width() == model.width && image->height() == model.height);
         FUZZ_CHECK(image->channels() == model.layout && image->bitsPerChannel() == DEPTHS[model.depth].first);
-        FUZZ_CHECK(image->nofChannels() == CHANNELS[model.layout]);
+        FUZZ_CHECK(image->nofChannels() == model.channels());
         if (model.isEmpty)
             return;
         FUZZ_CHECK(header->width == model.width && header->height == model.height);
-        FUZZ_CHECK(header->nChannels == CHANNELS[model.layout] &&
-                   static_cast<unsigned int>(header->depth) == DEPTHS[model.depth].second);
+        FUZZ_CHECK(header->nChannels == model.channels());
+        FUZZ_CHECK(static_cast<unsigned int>(header->depth) == DEPTHS[model.depth].second);
         FUZZ_CHECK(header->widthStep == model.toldStep() && header->imageSize == model.toldStep() * model.height);
         FUZZ_CHECK(header->imageData == reinterpret_cast<char*>(image->imageBuffer()));
     }
     void fill(Input& input) {
-        for (unsigned char& byte : model.buffer)
-            byte = static_cast<unsigned char>(input.isOver() ? model.buffer.size() : input.byte());
+        model.fill(input.byte());
         std::copy(model.buffer.begin(), model.buffer.end(), image->imageBuffer());
         image->setTimeStamp(time = input.byte());
     }
-    void makeOfSize(Input& input) {
-        model = {false, input.below(9), input.below(6), input.below(6), input.below(7)};
-        model.layOut();
-        image = std::make_unique<Image>(model.width, model.height, static_cast<Image::ColorChannels>(model.layout),
-                                        DEPTHS[model.depth].first);
-        fill(input);
-    }
-    void resize(Input& input) {
-        image->setChannels(static_cast<Image::ColorChannels>(model.layout = input.below(6)));
-        model.width = input.below(9);
-        model.height = input.below(6);
-        model.isEmpty = false;
-        model.layOut();
+    void resize(Input& input, bool isNew) {
+        const int depth = isNew ? input.below(7) : model.depth;
+        model = {false, input.below(9), input.below(6), input.below(6), depth, isNew ? 4 : model.align};
+        model.layOutByRule();
+        const auto layout = static_cast<Image::ColorChannels>(model.layout);
+        if (isNew)
+            image = std::make_unique<Image>(model.width, model.height, layout, DEPTHS[depth].first);
+        image->setChannels(layout);
         image->resizeMemory(model.width, model.height);
         fill(input);
     }
     void makeFromHeader(Input& input) {
         static const char* const SEQUENCES[] = {"BGRA", "RGBA", "YUVA", "BRGA", "GRAY"};
-        Model given{false, 1 + input.below(8), 1 + input.below(5), input.below(6), input.below(7)};
+        model = {false, 1 + input.below(8), 1 + input.below(5), input.below(6), input.below(7)};
         IplImage header;
-        cvInitImageHeader(&header, cvSize(given.width, given.height), static_cast<int>(DEPTHS[given.depth].second),
-                          CHANNELS[given.layout]);
+        cvInitImageHeader(&header, cvSize(model.width, model.height), static_cast<int>(DEPTHS[model.depth].second),
+                          model.channels());
         std::memcpy(header.channelSeq, SEQUENCES[input.below(5)], 4);
         header.align = 4 * input.below(3);
-        header.widthStep = given.row() + input.below(12);
-        given.buffer.resize(static_cast<std::size_t>(header.widthStep * (given.height - 1) + given.row()));
-        std::generate(given.buffer.begin(), given.buffer.end(), [&] { return input.byte(); });
-        header.imageData = reinterpret_cast<char*>(given.buffer.data());
+        header.widthStep = model.row() + input.below(12);
+        model.buffer.resize(static_cast<std::size_t>(header.widthStep * (model.height - 1) + model.row()));
+        model.fill(input.byte());
+        header.imageData = reinterpret_cast<char*>(model.buffer.data());
         image = std::make_unique<Image>(&header);
-        model = given.copied(header);
+        model = model.copied(header);
         time = 0;
     }
     /// Another description of the same buffer, if it has room for it.
@@ -146,7 +145,7 @@ struct Slot {
 void assign(Slot& target, Slot& source, bool isMoving) {
     const IplImage* header = target.image->iplImage();
     Model made = source.model;
-    made.layOut();
+    made.layOutByRule();
     made.take(source.model);
     const bool keeps = target.model.geometry() == made.geometry();
     const bool takesOver = isMoving && !keeps && source.model.geometry() == made.geometry() && !made.isEmpty;
@@ -181,25 +180,23 @@ void moveConstruct(Slot& target, Slot& source) {
 
 /// A mosaic in @p target, some of whose cells are @p cell's image.
 void tile(Input& input, Slot& target, const Slot& cell) {
-    const auto [isEmpty, width, height, layout, depth, align, step] = cell.model.geometry();
-    if (width == 0 || height == 0)
+    const Model& one = cell.model;
+    if (one.width == 0 || one.height == 0)
         return;
     const auto size = [](int count) { return static_cast<std::size_t>(count); };
     const int rows = 1 + input.below(3);
     const int cols = 1 + input.below(3);
-    auto mosaic = std::make_unique<TiledImage>(size(rows), size(cols), size(width), size(height),
+    auto mosaic = std::make_unique<TiledImage>(size(rows), size(cols), size(one.width), size(one.height),
                                                cell.image->channels(), cell.image->bitsPerChannel());
     TiledImage* tiled = mosaic.get();
-    Slot made{std::move(mosaic), {false, width * cols, height * rows, layout, depth}};
-    made.model.layOut();
+    Slot made{std::move(mosaic), {false, one.width * cols, one.height * rows, one.layout, one.depth}};
+    made.model.layOutByRule();
     made.fill(input);
     for (int cells = input.below(rows * cols + 1); cells > 0; --cells) {
         const int row = input.below(rows);
         const int col = input.below(cols);
         tiled->setCellImage(size(row), size(col), cell.image.get());
-        const auto to = made.model.buffer.begin() + row * height * made.model.step + col * cell.model.row();
-        for (int i = 0; i < height; ++i)
-            std::copy_n(cell.model.buffer.begin() + i * step, cell.model.row(), to + i * made.model.step);
+        made.model.paste(one, made.model.buffer.begin() + row * one.height * made.model.step + col * one.row());
     }
     target = std::move(made);
 }
@@ -208,17 +205,15 @@ void tile(Input& input, Slot& target, const Slot& cell) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     Input input(bytes, size);
-    std::array<Slot, 3> slots;
+    Slot slots[3];
     while (!input.isOver()) {
         const int operation = input.below(12);
-        Slot& target = slots.at(input.byte() % slots.size());
-        Slot& source = slots.at(input.byte() % slots.size());
-        if (operation == 0)
-            target.makeOfSize(input);
-        else if (operation == 1)
-            target.makeFromHeader(input);
+        Slot& target = slots[input.below(3)];
+        Slot& source = slots[input.below(3)];
+        if (operation < 2)
+            target.resize(input, operation == 0);
         else if (operation == 2)
-            target.resize(input);
+            target.makeFromHeader(input);
         else if (operation == 3 && !target.model.isEmpty)
             target.describe(input);
         else if (operation == 4)
@@ -227,11 +222,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
             tile(input, target, source);
         else if (operation == 6)
             moveConstruct(target, source);
-        else if (operation == 7 || operation == 8)
+        else if (operation < 9)
             copy(target, source, operation == 7);
         else
             assign(target, source, operation == 9);
-        std::for_each(slots.begin(), slots.end(), [](const Slot& slot) { slot.check(); });
+        for (const Slot& slot : slots)
+            slot.check();
     }
     return 0;
 }

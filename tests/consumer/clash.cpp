@@ -6,18 +6,14 @@
 #include "math/Matrix.h"
 #include "math/Vector.h"
 
+#include <iostream>
 #include <tarvos/core/Exception.h>
 #include <tarvos/core/cvdata/TiledImage.h>
 #include <tarvos/core/cvdata/features/ColorGMM.h>
 #include <tarvos/core/cvdata/pose/VectorPose.h>
 #include <tarvos/core/trackingdata/State.h>
 
-#if !defined(OWN_Contract) || !defined(OWN_Exception) || !defined(OWN_Export) || !defined(OWN_Matrix) || \
-    !defined(OWN_Vector)
-#error "a header of the library came between"
-#endif
-
-#include <iostream>
+static_assert(OWN_Contract + OWN_Exception + OWN_Export + OWN_Matrix + OWN_Vector == 5, "all of them are our own");
 
 int main(int argc, char** argv) {
     const tarvos::core::cvdata::Image image(argc > 1 ? argv[1] : "");

@@ -1,6 +1,6 @@
 /// @file
-/// Calls SystemManager as often as told, `opengl_probe TIMES CHECK [WORDS]`, on a GPU that the environment makes
-/// poorer: GLEW's queries are answered here before they reach GLEW.
+/// Does what the words of its command line name, on a GPU that the environment makes poorer: GLEW's queries are
+/// answered here before they reach GLEW.
 
 #include "core/SystemManager.h"
 
@@ -8,18 +8,17 @@
 // GLEW comes first: it replaces the header of OpenGL that the others include.
 #include <GL/freeglut.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <dlfcn.h>
 #include <iostream>
+#include <map>
 #include <string>
-#include <vector>
 
 namespace {
 
 template <typename Function>
-Function next(const char* name, Function /*like*/) {
-    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
+Function* next(const char* name, Function* /*like*/) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
 bool named(const char* variable, const char* text) {
@@ -46,6 +45,11 @@ GLenum glewInit() {
 
 namespace {
 
+template <int WIDTH, bool CHECKS>
+void wantContext() {
+    tarvos::core::SystemManager::instance().initOpenGLContext(WIDTH, 48, 5, 6, "probe", CHECKS);
+}
+
 void initialiseGlut() {
     int argc = 1;
     char name[] = "application";
@@ -62,34 +66,31 @@ void loadPlugin() {
 void runMainLoop() {
     glutCreateWindow("application");
     glutDisplayFunc([] { glutSwapBuffers(); });
-    glutTimerFunc(
-        200, [](int /*value*/) { glutLeaveMainLoop(); }, 0);
+    const auto leave = [](int /*value*/) { glutLeaveMainLoop(); };
+    glutTimerFunc(200, leave, 0);
     glutSetOption(GLUT_ACTION_ON_WINDOW_CLOSE, GLUT_ACTION_CONTINUE_EXECUTION);
     glutMainLoop();
     std::cout << "main loop left" << std::endl;
 }
 
 void tellWindow() {
-    std::system("xwininfo -name probe 2>&1 | grep 'Map State'");
+    std::cout << "window " << glutGetWindow() << ": " << glutGet(GLUT_INIT_WINDOW_WIDTH) << "x"
+              << glutGet(GLUT_INIT_WINDOW_HEIGHT) << " at " << glutGet(GLUT_INIT_WINDOW_X) << ", "
+              << glutGet(GLUT_INIT_WINDOW_Y) << std::endl;
+    std::system("xwininfo -name probe | grep 'Map State'");
 }
+
+const std::map<std::string, void (*)()> ACTIONS = {{"glut", initialiseGlut},
+                                                   {"context", wantContext<64, false>},
+                                                   {"wider", wantContext<74, false>},
+                                                   {"checks", wantContext<64, true>},
+                                                   {"plugin", loadPlugin},
+                                                   {"window", tellWindow},
+                                                   {"loop", runMainLoop}};
 
 }  // namespace
 
-/// What is done before (own) and after (plugin, window, loop) the calls is told by the words behind.
 int main(int argc, char** argv) {
-    const std::vector<std::string> words(argv + 3, argv + argc);
-    const auto told = [&](const char* word) { return std::find(words.begin(), words.end(), word) != words.end(); };
-    if (told("own"))
-        initialiseGlut();
-    for (int i = 0; i < std::atoi(argv[1]); ++i)
-        tarvos::core::SystemManager::instance().initOpenGLContext(64 + 10 * i, 48, 5 + i, 5, "probe",
-                                                                  argv[2][0] == '1');
-    std::cout << "window " << glutGetWindow() << ": " << glutGet(GLUT_INIT_WINDOW_WIDTH) << "x"
-              << glutGet(GLUT_INIT_WINDOW_HEIGHT) << " at " << glutGet(GLUT_INIT_WINDOW_X) << std::endl;
-    if (told("plugin"))
-        loadPlugin();
-    if (told("window"))
-        tellWindow();
-    if (told("loop"))
-        runMainLoop();
+    for (int i = 1; i < argc; ++i)
+        ACTIONS.at(argv[i])();
 }

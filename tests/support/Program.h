@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -15,6 +16,10 @@
 inline std::string contentOf(const std::string& name) {
     std::ifstream file(name, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
+}
+
+inline std::ptrdiff_t entriesOf(const std::string& directory) {
+    return std::distance(std::filesystem::directory_iterator(directory), {});
 }
 
 /// What a program did: its exit status and what it wrote to its two streams.

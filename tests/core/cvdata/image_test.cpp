@@ -1,18 +1,18 @@
-#include "core/cvdata/Image.h"
-
 #include "core/cvdata/MatView.h"
+#include "core/cvdata/TiledImage.h"
 #include "support/Output.h"
-#include "support/Pixels.h"
 
 #include <climits>
+#include <cstdint>
+#include <memory>
 #include <new>
+#include <tuple>
 
 using namespace tarvos::core::cvdata;
 
 namespace {
 
-class ImageContractTest : public testing::Test {
-protected:
+struct ImageContractTest : testing::Test {
     const Image empty;
     Image image{4, 4, Image::CHANNELS_GRAY, Image::BITS_8U};
     IplImage header = *image.iplImage();
@@ -90,14 +90,14 @@ TEST(ImageTest, AnAssignmentKeepsTheRegionOfInterestOrTakesNone) {
 
 TEST(ImageTest, ImpossibleSizesAreAnAllocationFailureAndLoseNothing) {
     Image image(5, 4, Image::CHANNELS_BGR, Image::BITS_16U);
-    paint(*image.iplImage());
-    const auto before = bytesOf(image);
+    matView(image).setTo(7);
+    const cv::Mat before = matView(image).clone();
     const std::pair<int, int> sizes[] = {{-1, 5},        {5, -1},      {0, -1},     {-2, -3},
                                          {65536, 65536}, {INT_MAX, 1}, {1, INT_MAX}};
     for (const auto& [width, height] : sizes) {
         EXPECT_THROW(Image(width, height, Image::CHANNELS_BGRA, Image::BITS_64F), std::bad_alloc);
         EXPECT_THROW(image.resizeMemory(width, height), std::bad_alloc);
-        EXPECT_EQ(bytesOf(image), before) << width << "x" << height;
+        EXPECT_EQ(cv::norm(matView(image), before), 0.0) << width << "x" << height;
     }
 }
 
@@ -113,6 +113,59 @@ TEST(MatViewTest, SharesPixelsAndCopiesThem) {
     EXPECT_TRUE(imageOf(cv::Mat()).empty());
     const Image empty;
     EXPECT_TRUE(matView(empty).empty());
+}
+
+struct TiledImageTest : testing::Test {
+    TiledImage mosaic{2, 3, 161, 120, Image::CHANNELS_BGR, Image::BITS_8U};
+    Image cell{161, 120, Image::CHANNELS_BGR, Image::BITS_8U};
+};
+
+TEST_F(TiledImageTest, IsOneImage) {
+    EXPECT_EQ(matView(mosaic).size(), cv::Size(483, 240));
+    EXPECT_EQ(mosaic.type(), 0x40000017);
+    for (const std::size_t rows : {SIZE_MAX, SIZE_MAX / 120, std::size_t{1} << 31})
+        EXPECT_THROW(TiledImage(rows, 3, 160, 120, Image::CHANNELS_BGR, Image::BITS_8U), std::bad_alloc);
+}
+
+TEST_F(TiledImageTest, WhatOpencvRejectsLeavesNoTrace) {
+    matView(mosaic).setTo(7);
+    const cv::Mat before = matView(mosaic).clone();
+    cvSetImageROI(mosaic.iplImage(), cvRect(1, 1, 2, 2));
+    Image deep(161, 120, Image::CHANNELS_BGR, Image::BITS_16U);
+    Image grey(161, 120, Image::CHANNELS_GRAY, Image::BITS_8U);
+    for (Image* other : {&deep, &grey})
+        EXPECT_THROW(mosaic.setCellImage(0, 0, other), cv::Exception);
+    EXPECT_EQ(cv::norm(matView(mosaic), before), 0.0);
+    EXPECT_EQ(mosaic.iplImage()->roi, nullptr);
+}
+
+TEST_F(TiledImageTest, StopsOnAWrongCell) {
+    Image wide(162, 120, Image::CHANNELS_BGR, Image::BITS_8U);
+    Image high(161, 121, Image::CHANNELS_BGR, Image::BITS_8U);
+    const std::tuple<std::size_t, std::size_t, Image*, std::string> cases[] = {
+        {2, 0, &cell, "(cellRow < mRows) && \"cell row index is out of range\""},
+        {0, 3, &cell, "(cellCol < mCols) && \"cell col index is out of range\""},
+        {0, 0, nullptr, "img != __null"},
+        {0, 0, &wide, "img->width() == mCellWidth"},
+        {0, 0, &high, "img->height() == mCellHeight"}};
+    for (const auto& [row, col, image, condition] : cases)
+        EXPECT_CONTRACT(mosaic.setCellImage(row, col, image), "TiledImage::setCellImage", condition);
+    const TiledImage moved(std::move(mosaic));
+    EXPECT_TRUE(mosaic.empty());
+    EXPECT_DEATH(mosaic.setCellImage(0, 0, &cell), "cell row index is out of range");
+    mosaic = moved;
+    static_cast<Image&>(mosaic) = cell;
+    EXPECT_DEATH(mosaic.setCellImage(0, 0, &cell), "resized through its base");
+}
+
+TEST_F(TiledImageTest, AssignmentKeepsHeaderAndTimeStampAndCloningGivesAPlainImage) {
+    TiledImage target(1, 1, 7, 5, Image::CHANNELS_GRAY, Image::BITS_32F);
+    const IplImage* header = target.iplImage();
+    target.setTimeStamp(9);
+    target = mosaic;
+    EXPECT_EQ(target.iplImage(), header);
+    EXPECT_EQ(target.getTimeStamp(), 9);
+    EXPECT_EQ(dynamic_cast<TiledImage*>(std::unique_ptr<Image>(mosaic.clone()).get()), nullptr);
 }
 
 }  // namespace

@@ -1,54 +1,100 @@
 #include "core/trackingdata/State.h"
 
+#include "core/cvdata/pose/VectorPose.h"
 #include "support/Output.h"
 #include "support/Poses.h"
 
 #include <climits>
 #include <functional>
+#include <memory>
 #include <tuple>
 
 using tarvos::core::State;
 using tarvos::core::TrackingData;
+using tarvos::core::cvdata::Pose;
+using tarvos::core::cvdata::VectorPose;
 using tarvos::math::Vector;
 using testing::ElementsAre;
 
 namespace {
 
-/// A state of dimension 3 and 2 degrees of freedom with two blocks, and what is in it.
-class StateTest : public testing::Test {
-protected:
-    StateTest() {
-        state.setIncDataFromVector(Vector::of(1, 2, 3, 4, 5, 6), -1);
-        state.setPoseData(Vector::of(7, 8, 9));
-        state.setTimeStamp(1.5);
-    }
+TEST(PoseTest, ReadingUpdatesWhatIsOutOfDate) {
+    TestPose pose(3, 2);
+    Vector data(3);
+    Vector incData(2);
+    pose.getData(data);
+    pose.outdate(true, true);
+    pose.getData(data);
+    pose.getData(data);
+    EXPECT_EQ(pose.dataUpdates, 1);
+    EXPECT_THAT(elementsOf(data), ElementsAre(100, 100, 100));
+    pose.getIncData(incData);
+    pose.getIncData(incData);
+    EXPECT_EQ(pose.incUpdates, 2) << "its update leaves the flag at 0";
+}
 
-    static std::vector<double> dataOf(const State& state) {
-        Vector data(static_cast<unsigned int>(state.stateDimension()));
-        state.getStateData(data);
-        return elementsOf(data);
+TEST(PoseTest, CopiesKeepWhatIsOutOfDate) {
+    TestPose pose(3, 2);
+    for (const bool data : {false, true}) {
+        pose.outdate(data, !data);
+        TestPose assigned(3, 2);
+        static_cast<Pose&>(assigned) = pose;
+        const std::unique_ptr<Pose> clone(pose.clone());
+        for (const Pose* copy : {static_cast<const Pose*>(&assigned), static_cast<const Pose*>(clone.get())}) {
+            EXPECT_EQ(copy->getUpdateFlag(), pose.getUpdateFlag());
+            EXPECT_EQ(copy->getUpdateIncFlag(), pose.getUpdateIncFlag());
+        }
     }
+}
+
+TEST(PoseTest, StopsOnWrongSizes) {
+    TestPose pose(3, 2);
+    Vector three(3);
+    Vector two(2);
+    EXPECT_CONTRACT(pose.getData(two), "Pose::getData",
+                    "(int)vec.dimension() == dimension() && \"ERROR: getData - vector sizes does not match!\"");
+    EXPECT_CONTRACT(pose.getIncData(three), "Pose::getIncData",
+                    "((int)vec.dimension() == dof()) && \"ERROR: getIncData - vector sizes does not match!\"");
+    EXPECT_DEATH(TestPose(2, -1), "count of elements is negative");
+    EXPECT_DEATH(static_cast<Pose&>(pose) = TestPose(2, 2), "poses differ in kind");
+}
+
+TEST(VectorPoseTest, IsItsVectorInBothForms) {
+    VectorPose pose(2);
+    pose.setIncData(Vector::of(3, 4));
+    const std::unique_ptr<VectorPose> clone(pose.clone());
+    pose.setData(Vector::of(5, 6));
+    Vector read(2);
+    pose.getIncData(read);
+    EXPECT_THAT(elementsOf(read), ElementsAre(5, 6));
+    clone->getData(read);
+    EXPECT_THAT(elementsOf(read), ElementsAre(3, 4));
+    clone->resetIncData();
+    clone->getData(read);
+    EXPECT_THAT(elementsOf(read), ElementsAre(0, 0));
+}
+
+/// A state of dimension 3 and 2 degrees of freedom with two blocks.
+struct StateTest : testing::Test {
     TestPose pose{3, 2};
     State state{pose, 3};
 };
 
-TEST_F(StateTest, StartsFromAResetClone) {
-    pose.setData(Vector::of(5, 5, 5));
-    const State fresh(pose, 3);
-    EXPECT_THAT(dataOf(fresh), ElementsAre(1, 1, 1, 0, 0, 0, 0));
-    EXPECT_EQ(State(pose, INT_MIN).getMaxOrder(), 1);
-}
-
 TEST_F(StateTest, ReadersBringThePoseUpToDate) {
-    Vector poseData(3);
+    Vector data(3);
+    Vector packed(7);
+    state.setDataFromVector(Vector::of(7, 8, 9, 3, 4, 5, 6), -1);
     dynamic_cast<TestPose&>(*state.pose()).outdate(true, false);
-    state.getPoseData(poseData);
-    EXPECT_THAT(elementsOf(poseData), ElementsAre(107, 108, 109));
-    EXPECT_THAT(dataOf(state), ElementsAre(107, 108, 109, 3, 4, 5, 6));
+    state.getPoseData(data);
+    EXPECT_THAT(elementsOf(data), ElementsAre(107, 108, 109));
+    state.getStateData(packed);
+    EXPECT_THAT(elementsOf(packed), ElementsAre(107, 108, 109, 3, 4, 5, 6));
 }
 
 TEST_F(StateTest, ThroughTheBaseOnlyTheTimeStampIsCopied) {
-    State other(pose, 2);
+    State other(pose, INT_MIN);
+    EXPECT_EQ(other.getMaxOrder(), 1);
+    state.setTimeStamp(1.5);
     static_cast<TrackingData&>(other) = state;
     EXPECT_EQ(other.getTimeStamp(), 1.5);
 }
