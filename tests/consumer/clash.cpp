@@ -6,12 +6,13 @@
 #include "math/Matrix.h"
 #include "math/Vector.h"
 
-#include <iostream>
 #include <tarvos/core/Exception.h>
 #include <tarvos/core/cvdata/TiledImage.h>
 #include <tarvos/core/cvdata/features/ColorGMM.h>
 #include <tarvos/core/cvdata/pose/VectorPose.h>
 #include <tarvos/core/trackingdata/State.h>
+
+#include <iostream>
 
 static_assert(OWN_Contract + OWN_Exception + OWN_Export + OWN_Matrix + OWN_Vector == 5, "all of them are our own");
 

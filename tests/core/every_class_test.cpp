@@ -15,8 +15,8 @@
 #include "core/util/Filesystem.h"
 #include "core/util/Resources.h"
 #include "math/SquareMatrix.h"
+#include "support/Files.h"
 #include "support/Output.h"
-#include "support/TemporaryDirectory.h"
 
 #include <cerrno>
 #include <dlfcn.h>

@@ -1,15 +1,18 @@
 #include "FrameSource.h"
 #include "Mosaic.h"
 #include "Plot.h"
+#include "Recorder.h"
 #include "Stillness.h"
 #include "Tracker.h"
 #include "VideoFile.h"
+#include "support/Files.h"
 #include "support/Output.h"
-#include "support/TemporaryDirectory.h"
 
+#include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 #include <tarvos/core/cvdata/MatView.h>
 
+#include <cmath>
 #include <memory>
 
 namespace skin_tracker {
@@ -138,6 +141,44 @@ TEST(MotionFilterTest, PredictsByTheDerivativesOfItsOrder) {
         filter.predict(3.0);
         EXPECT_NEAR(filter.box().height, before, 1e-6);
     }
+}
+
+TEST(TrackerTest, FollowsAKnownMotionThroughAnOcclusionAndDrawsIt) {
+    const TemporaryDirectory directory;
+    const auto placeIn = [](int frame) {
+        return cv::Point2d(160 + 90 * std::sin(0.06 * frame), 120 + 50 * std::sin(0.11 * frame));
+    };
+    Tracked hand(0);
+    const Tracker& tracker = *hand.tracker;
+    Recorder recorder("out", 25.0);
+    for (int i = 0; i < 60; ++i) {
+        const bool visible = i < 30 || i >= 38;
+        cv::Mat frame = scene({20, 20, 60, 90}, cv::Scalar(200, 80, 60));
+        cv::ellipse(frame, cv::Point(placeIn(i)), {34, 22}, 0, 0, 360, SKIN, cv::FILLED);
+        if (!visible)
+            cv::circle(frame, placeIn(i), 50, cv::Scalar(150, 150, 90), cv::FILLED);
+        cv::Mat noise(SIZE, CV_16SC3);
+        cv::randn(noise, 0, 4);
+        cv::add(frame, noise, frame, cv::noArray(), CV_8UC3);
+        hand.see(frame);
+        EXPECT_EQ(tracker.found(), visible) << "frame " << i;
+        ASSERT_TRUE(tracker.tracking());
+        EXPECT_LT(cv::norm(tracker.motion().centre() - placeIn(i)), visible ? 6.0 : 30.0) << "frame " << i;
+        const cv::Point2d velocity = (placeIn(i + 1) - placeIn(i - 1)) * 12.5;
+        EXPECT_TRUE(i < 10 || !visible || cv::norm(tracker.motion().velocity() - velocity) < 40.0) << "frame " << i;
+        Image drawn = imageOf(frame);
+        recorder.add(i, hand.time, tracker, drawn);
+    }
+    recorder.publish();
+    const cv::Mat mosaic = cv::imread("out/mosaic.png");
+    EXPECT_EQ(mosaic.size(), cv::Size(4 * 320, 4 * 240 + 24)) << "with a legend";
+    for (const cv::Scalar& colour :
+         {cv::Scalar(255, 64, 0), {0, 220, 0}, {0, 0, 255}, {0, 220, 255}, {128, 128, 128}}) {
+        cv::Mat drawn;
+        cv::inRange(mosaic.rowRange(0, 4 * 240), colour, colour, drawn);
+        EXPECT_GT(cv::countNonZero(drawn), 20) << "box, outline, prediction, trail, box out of sight: " << colour;
+    }
+    EXPECT_EQ(FrameSource::open("out/track.avi")->frameCount(), 60);
 }
 
 TEST(TrackerTest, LooksNearTheHandAndEverywhereWhenItIsNotThere) {

@@ -1,7 +1,6 @@
 #include "core/cvdata/MatView.h"
+#include "support/Files.h"
 #include "support/Output.h"
-#include "support/Program.h"
-#include "support/TemporaryDirectory.h"
 
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
@@ -32,10 +31,10 @@ protected:
             cv::imwrite(name, noise(CV_32FC3));
         fs::resize_file("cut.png", 500);
         fs::resize_file("cut.hdr", 1200);
-        TemporaryDirectory::write("text.jpg", "No image, whatever its name says.");
-        TemporaryDirectory::write("sizeless.hdr", "#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n-Y 0 +X 9\n");
-        TemporaryDirectory::write("formatless.hdr", "#?RADIANCE\n\n-Y 1 +X 1\nabcd");
-        TemporaryDirectory::write("empty.png");
+        writeFile("text.jpg", "No image, whatever its name says.");
+        writeFile("sizeless.hdr", "#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n-Y 0 +X 9\n");
+        writeFile("formatless.hdr", "#?RADIANCE\n\n-Y 1 +X 1\nabcd");
+        writeFile("empty.png");
         fs::create_directory("directory.png");
         fs::create_symlink("/dev/zero", "device.png");
         mkfifo("pipe.png", 0600);

@@ -11,7 +11,32 @@
 #include <stdexcept>
 #include <string>
 #include <sys/resource.h>
-#include <sys/wait.h>
+
+/// A new empty directory that is the current one as long as this object lives, and is removed afterwards.
+class TemporaryDirectory {
+public:
+    TemporaryDirectory() {
+        if (mkdtemp(mPath.data()) == nullptr)
+            throw std::runtime_error("no temporary directory");
+        std::filesystem::current_path(mPath);
+    }
+    ~TemporaryDirectory() {
+        std::filesystem::current_path(mPrevious);
+        std::filesystem::remove_all(mPath);
+    }
+    TemporaryDirectory(const TemporaryDirectory&) = delete;
+    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+
+    const std::string& path() const { return mPath; }
+
+private:
+    std::filesystem::path mPrevious = std::filesystem::current_path();
+    std::string mPath = std::filesystem::canonical(std::filesystem::temp_directory_path()) / "tarvos-test-XXXXXX";
+};
+
+inline void writeFile(const std::string& name, const std::string& content = "") {
+    std::ofstream(name, std::ios::binary) << content;
+}
 
 inline std::string contentOf(const std::string& name) {
     std::ifstream file(name, std::ios::binary);
@@ -21,20 +46,6 @@ inline std::string contentOf(const std::string& name) {
 inline std::ptrdiff_t entriesOf(const std::string& directory) {
     return std::distance(std::filesystem::directory_iterator(directory), {});
 }
-
-/// What a program did: its exit status and what it wrote to its two streams.
-struct ProgramRun {
-    int status;
-    std::string output, errors;
-
-    /// Runs the shell's @p command in the current directory.
-    static ProgramRun of(const std::string& command) {
-        const int status = std::system((command + " >.output 2>.errors").c_str());
-        if (!WIFEXITED(status))
-            throw std::runtime_error(command + " was killed");
-        return {WEXITSTATUS(status), contentOf(".output"), contentOf(".errors")};
-    }
-};
 
 /// Runs @p action in a process of its own, where @p resource is limited.
 inline void expectInLimits(__rlimit_resource resource, rlim_t limit, const std::function<void()>& action) {
