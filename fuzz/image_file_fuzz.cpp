@@ -7,10 +7,9 @@
 #include <opencv2/imgcodecs.hpp>
 
 #include <algorithm>
-#include <cstdlib>
 #include <fstream>
 #include <string>
-#include <unistd.h>
+#include <sys/mman.h>
 
 namespace {
 
@@ -19,13 +18,6 @@ using tarvos::core::cvdata::Image;
 
 const std::string BEGINNINGS[] = {"\x89PNG", "\xFF\xD8\xFF",    "BM", "II*\0"s, "MM\0*"s, "RIFF", "P",
                                   "#?",      "\x59\xA6\x6A\x95"};
-
-/// A file that is removed at the end of the process.
-struct File {
-    File() { close(mkstemp(path.data())); }
-    ~File() { unlink(path.c_str()); }
-    std::string path = "/tmp/tarvos-fuzz-XXXXXX";
-};
 
 cv::Mat read(const std::string& path) {
     try {
@@ -42,19 +34,19 @@ bool isSame(const cv::Mat& a, const cv::Mat& b) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    static const File file;
+    static const std::string path = "/proc/self/fd/" + std::to_string(memfd_create("image", 0));
     const std::string content(bytes, bytes + size);
     if (std::none_of(std::begin(BEGINNINGS), std::end(BEGINNINGS),
                      [&](const std::string& beginning) { return content.rfind(beginning, 0) == 0; }))
         return 0;
-    std::ofstream(file.path, std::ios::binary) << content;
-    const Image image(file.path);
+    std::ofstream(path, std::ios::binary) << content;
+    const Image image(path);
     // OpenCV leaves Radiance files open that it rejects. That of some hundreds shows whether it rejects what we do.
     static int rejected = 0;
     if (image.empty() && content[0] == '#' && ++rejected > 500)
         return 0;
-    const cv::Mat expected = read(file.path);
+    const cv::Mat expected = read(path);
     // Some decoders leave what a damaged file lacks as it was in memory: those differ from themselves, too.
-    FUZZ_CHECK(isSame(matView(image), expected) || !isSame(read(file.path), expected));
+    FUZZ_CHECK(isSame(matView(image), expected) || !isSame(read(path), expected));
     return 0;
 }

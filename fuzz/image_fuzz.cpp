@@ -19,11 +19,9 @@ namespace {
 using tarvos::core::cvdata::Image;
 using tarvos::core::cvdata::TiledImage;
 
-constexpr std::pair<Image::BitsPerChannel, unsigned int> DEPTHS[] = {
-    {Image::BITS_8U, IPL_DEPTH_8U},   {Image::BITS_16U, IPL_DEPTH_16U}, {Image::BITS_32F, IPL_DEPTH_32F},
-    {Image::BITS_64F, IPL_DEPTH_64F}, {Image::BITS_8S, IPL_DEPTH_8S},   {Image::BITS_16S, IPL_DEPTH_16S},
-    {Image::BITS_32S, IPL_DEPTH_32S}};
-constexpr int CHANNELS[] = {1, 3, 3, 4, 4, 3};  // of each layout
+constexpr Image::BitsPerChannel BITS[] = {Image::BITS_8U,  Image::BITS_8S,  Image::BITS_16U, Image::BITS_16S,
+                                          Image::BITS_32S, Image::BITS_32F, Image::BITS_64F};  // in OpenCV's order
+constexpr int CHANNELS[] = {1, 3, 3, 4, 4, 3};                                                 // of each layout
 
 /// How an image should be laid out, and what should be in its buffer.
 struct Model {
@@ -32,14 +30,13 @@ struct Model {
     std::vector<unsigned char> buffer{};
 
     int channels() const { return CHANNELS[layout]; }
-    int row() const { return width * channels() * static_cast<int>(DEPTHS[depth].second & 0xFF) / 8; }
+    int row() const { return width * channels() * CV_ELEM_SIZE1(depth); }
     /// OpenCV tells of a single row what its pixels need.
     int toldStep() const { return height > 1 ? step : row(); }
     auto geometry() const { return std::tuple(isEmpty, width, height, layout, depth, align, step); }
-    void allocate() { buffer.resize(static_cast<std::size_t>(step * height)); }
     void layOutByRule() {
         step = row() + (align > 0 ? (align - width * channels() % align) % align : 0);
-        allocate();
+        buffer.resize(static_cast<std::size_t>(step * height));
     }
     void fill(int seed) { std::iota(buffer.begin(), buffer.end(), static_cast<unsigned char>(seed)); }
 
@@ -68,7 +65,7 @@ struct Model {
     Model copied(const IplImage& header) const {
         Model made = *this;
         made.describe(header);
-        made.allocate();
+        made.buffer.resize(static_cast<std::size_t>(made.step * made.height));
         return made;
     }
 };
@@ -84,13 +81,12 @@ struct Slot {
         FUZZ_CHECK(image->getTimeStamp() == time);
         FUZZ_CHECK(std::equal(model.buffer.begin(), model.buffer.end(), image->imageBuffer()));
         FUZZ_CHECK(image->width() == model.width && image->height() == model.height);
-        FUZZ_CHECK(image->channels() == model.layout && image->bitsPerChannel() == DEPTHS[model.depth].first);
+        FUZZ_CHECK(image->channels() == model.layout && image->bitsPerChannel() == BITS[model.depth]);
         FUZZ_CHECK(image->nofChannels() == model.channels());
         if (model.isEmpty)
             return;
         FUZZ_CHECK(header->width == model.width && header->height == model.height);
-        FUZZ_CHECK(header->nChannels == model.channels());
-        FUZZ_CHECK(static_cast<unsigned int>(header->depth) == DEPTHS[model.depth].second);
+        FUZZ_CHECK(header->nChannels == model.channels() && header->depth == cvIplDepth(model.depth));
         FUZZ_CHECK(header->widthStep == model.toldStep() && header->imageSize == model.toldStep() * model.height);
         FUZZ_CHECK(header->imageData == reinterpret_cast<char*>(image->imageBuffer()));
     }
@@ -105,7 +101,7 @@ struct Slot {
         model.layOutByRule();
         const auto layout = static_cast<Image::ColorChannels>(model.layout);
         if (isNew)
-            image = std::make_unique<Image>(model.width, model.height, layout, DEPTHS[depth].first);
+            image = std::make_unique<Image>(model.width, model.height, layout, BITS[depth]);
         image->setChannels(layout);
         image->resizeMemory(model.width, model.height);
         fill(input);
@@ -114,8 +110,7 @@ struct Slot {
         static const char* const SEQUENCES[] = {"BGRA", "RGBA", "YUVA", "BRGA", "GRAY"};
         model = {false, 1 + input.below(8), 1 + input.below(5), input.below(6), input.below(7)};
         IplImage header;
-        cvInitImageHeader(&header, cvSize(model.width, model.height), static_cast<int>(DEPTHS[model.depth].second),
-                          model.channels());
+        cvInitImageHeader(&header, cvSize(model.width, model.height), cvIplDepth(model.depth), model.channels());
         std::memcpy(header.channelSeq, SEQUENCES[input.below(5)], 4);
         header.align = 4 * input.below(3);
         header.widthStep = model.row() + input.below(12);
@@ -165,8 +160,6 @@ void assign(Slot& target, Slot& source, bool isMoving) {
 }
 
 void copy(Slot& target, const Slot& source, bool isCloning) {
-    if (source.model.isEmpty)
-        return;
     Model made = source.model.copied(*source.image->iplImage());
     target = {std::unique_ptr<Image>(isCloning ? source.image->clone() : new Image(*source.image)), std::move(made)};
 }
@@ -181,8 +174,6 @@ void moveConstruct(Slot& target, Slot& source) {
 /// A mosaic in @p target, some of whose cells are @p cell's image.
 void tile(Input& input, Slot& target, const Slot& cell) {
     const Model& one = cell.model;
-    if (one.width == 0 || one.height == 0)
-        return;
     const auto size = [](int count) { return static_cast<std::size_t>(count); };
     const int rows = 1 + input.below(3);
     const int cols = 1 + input.below(3);
@@ -218,11 +209,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
             target.describe(input);
         else if (operation == 4)
             target.fill(input);
-        else if (operation == 5)
+        else if (operation == 5 && source.model.width > 0 && source.model.height > 0)
             tile(input, target, source);
         else if (operation == 6)
             moveConstruct(target, source);
-        else if (operation < 9)
+        else if (operation < 9 && !source.model.isEmpty)
             copy(target, source, operation == 7);
         else
             assign(target, source, operation == 9);

@@ -4,7 +4,6 @@
 #include "Recorder.h"
 #include "Stillness.h"
 #include "Tracker.h"
-#include "VideoFile.h"
 #include "support/Files.h"
 #include "support/Output.h"
 
@@ -23,9 +22,7 @@ using tarvos::core::cvdata::imageOf;
 using tarvos::core::cvdata::VisContourSamplePts;
 
 const cv::Size SIZE(320, 240);
-const cv::Scalar SKIN(110, 143, 201);
-const cv::Scalar GLOVE(150, 200, 120);
-const cv::Scalar WALL(180, 175, 170);
+const cv::Scalar SKIN(110, 143, 201), WALL(180, 175, 170);
 
 /// A frame of wall with one thing in it.
 cv::Mat scene(const cv::Rect& place, const cv::Scalar& colour) {
@@ -48,6 +45,10 @@ struct Tracked {
             see(scene(cv::Rect(40 + 4 * i, 90, 60, 40), SKIN));
     }
     void see(const cv::Mat& frame) { tracker->process(imageOf(frame), time += 0.04); }
+    void seeWall(int frames) {
+        for (int i = 0; i < frames; ++i)
+            see(cv::Mat(SIZE, CV_8UC3, WALL));
+    }
 
     std::unique_ptr<Tracker> tracker;
     double time = 0.0;
@@ -63,7 +64,7 @@ TEST(ColourModelTest, KnowsAnySkinAndLearnsTheColoursOfOneHand) {
     std::unique_ptr<SkinModel> skin;
     outputOf([&] { skin = std::make_unique<SkinModel>(); });
     const cv::Rect place(40, 90, 60, 40);
-    const cv::Mat gloved = hueSaturationValue(scene(place, GLOVE));
+    const cv::Mat gloved = hueSaturationValue(scene(place, cv::Scalar(150, 200, 120)));
     cv::Mat mask;
     skin->mark(hueSaturationValue(scene(place, SKIN)), mask);
     EXPECT_EQ(cv::countNonZero(mask), place.area());
@@ -99,8 +100,7 @@ TEST(RegionsTest, AreTidiedCountedAndTraced) {
 
 TEST(StillnessTest, TellsWhatMovesAndForgetsWhatWasRemembered) {
     Stillness stillness;
-    const cv::Rect moving(40, 40, 64, 64);
-    const cv::Rect still(200, 40, 64, 64);
+    const cv::Rect moving(40, 40, 64, 64), still(200, 40, 64, 64);
     cv::Mat frame = scene(moving, SKIN);
     frame(still).setTo(SKIN);
     stillness.look(frame, 0.0);
@@ -191,22 +191,19 @@ TEST(TrackerTest, LooksNearTheHandAndEverywhereWhenItIsNotThere) {
     EXPECT_EQ(tracked.tracker->blobs().dimension(), 1U) << "the other one is far away";
     tracked.see(scene({48 + 76, 90, 150, 40}, SKIN));
     EXPECT_EQ(tracked.tracker->area(), 150 * 40 - 4) << "what reaches out of the neighbourhood is seen whole";
-    tracked.see(scene({0, 0, 1, 1}, WALL));
+    tracked.seeWall(1);
     const cv::Rect box = tracked.tracker->motion().box();
-    for (int i = 0; i < 48; ++i)
-        tracked.see(scene({0, 0, 1, 1}, WALL));
+    tracked.seeWall(48);
     ASSERT_TRUE(tracked.tracker->tracking());
     EXPECT_FALSE(tracked.tracker->found());
     EXPECT_TRUE(tracked.tracker->outline().mPoints.empty());
     EXPECT_EQ(cv::Rect(tracked.tracker->motion().box()).size(), box.size()) << "out of sight it keeps its size";
-    for (int i = 0; i < 2; ++i)
-        tracked.see(scene({0, 0, 1, 1}, WALL));
+    tracked.seeWall(2);
     EXPECT_FALSE(tracked.tracker->tracking()) << "for two seconds";
 }
 
 TEST(TrackerTest, GivesUpWhatNeverMovesButKeepsAHandThatRests) {
-    Tracked resting(20);
-    Tracked still(0);
+    Tracked resting(20), still(0);
     for (int i = 0; i < 100; ++i) {
         resting.see(scene({40 + 76, 90, 60, 40}, SKIN));
         EXPECT_TRUE(resting.tracker->found());
@@ -243,23 +240,6 @@ TEST(PlotTest, DrawsTheTrackAndShadesWhereThereIsNone) {
     cv::Mat dots;  // darker where the paper is
     cv::inRange(matView(picture)(cv::Rect(0, 300, 1280, 300)), cv::Scalar(170, 64, 0), cv::Scalar(255, 64, 0), dots);
     EXPECT_NEAR(cv::boundingRect(dots).br().x, 1280 * 69 / 99, 14);
-}
-
-TEST(VideoFileTest, IsReadAsItWasWritten) {
-    const TemporaryDirectory directory;
-    VideoFile video("12:30.avi", 10.0);
-    for (int i = 0; i < 5; ++i)
-        video.add(imageOf(cv::Mat(SIZE, CV_8UC3, cv::Scalar::all(50 * i))));
-    video.finish();
-    const auto source = FrameSource::open("12:30.avi");
-    EXPECT_EQ(source->frameCount(), 5);
-    EXPECT_EQ(source->frameRate(), 10.0);
-    Image frame;
-    for (int i = 0; i < 5; ++i) {
-        ASSERT_TRUE(source->read(frame));
-        EXPECT_NEAR(matView(frame).at<cv::Vec3b>(120, 160)[1], 50 * i, 4);
-    }
-    EXPECT_FALSE(source->read(frame));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "math/Vector.h"
 #include "math/Vector2.h"
 #include "math/Vector4.h"
+#include "support/Poses.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,10 +17,6 @@ using testing::ElementsAre;
 
 namespace {
 
-std::vector<double> elements(const Matrix& matrix) {
-    return {matrix.begin(), matrix.end()};
-}
-
 Matrix counting(unsigned int rows, unsigned int cols) {
     Matrix matrix(rows, cols);
     std::iota(matrix.begin(), matrix.end(), 1.0);
@@ -28,11 +25,11 @@ Matrix counting(unsigned int rows, unsigned int cols) {
 
 TEST(MatrixTest, ElementsAreStoredRowByRow) {
     Matrix matrix(2, 3);
-    EXPECT_EQ(elements(matrix), std::vector<double>(6));
+    EXPECT_EQ(elementsOf(matrix), std::vector<double>(6));
     matrix.fill(0.5);
     matrix(1, 0) = 7.0;
     eigenMap(matrix)(1, 2) = 9.0;
-    EXPECT_THAT(elements(matrix), ElementsAre(0.5, 0.5, 0.5, 7.0, 0.5, 9.0));
+    EXPECT_THAT(elementsOf(matrix), ElementsAre(0.5, 0.5, 0.5, 7.0, 0.5, 9.0));
     const Matrix& read = matrix;
     EXPECT_EQ(read(1, 2), 9.0);
     for (const auto& [row, col] : {std::pair{0U, 3U}, {2U, 0U}}) {
@@ -44,7 +41,7 @@ TEST(MatrixTest, ElementsAreStoredRowByRow) {
 
 TEST(VectorTest, ElementsAreGivenAndReached) {
     const Vector vector = Vector::of(1, 2.5F, 3U);
-    EXPECT_THAT(elements(vector), ElementsAre(1, 2.5, 3));
+    EXPECT_THAT(elementsOf(vector), ElementsAre(1, 2.5, 3));
     vector[1] = 4.0;
     EXPECT_EQ(vector.data()[1], 4.0) << "written through const";
     EXPECT_EQ(Vector{3}.dimension(), 3U);
@@ -52,7 +49,7 @@ TEST(VectorTest, ElementsAreGivenAndReached) {
     const Vector4 fixed(1, 2, 3, 4);
     EXPECT_EQ(fixed[2], 3.0);
     EXPECT_EQ(std::accumulate(fixed.begin(), fixed.end(), 0.0), 10.0);
-    EXPECT_THAT(elements(fixed), ElementsAre(1, 2, 3, 4));
+    EXPECT_THAT(elementsOf(fixed), ElementsAre(1, 2, 3, 4));
 }
 
 TEST(MatrixTest, AssignmentTakesTheShapeOfTheSourceAndMovingLeavesNone) {
@@ -60,10 +57,10 @@ TEST(MatrixTest, AssignmentTakesTheShapeOfTheSourceAndMovingLeavesNone) {
         const Matrix moved = std::move(target);
         EXPECT_EQ(target.rows() + target.cols() + target.dimension(), 0U);
         target = counting(2, 3);
-        EXPECT_EQ(elements(target), elements(counting(2, 3)));
+        EXPECT_EQ(elementsOf(target), elementsOf(counting(2, 3)));
         EXPECT_EQ(target.cols(), 3U);
         target = moved;
-        EXPECT_EQ(elements(target), elements(counting(moved.rows(), moved.cols())));
+        EXPECT_EQ(elementsOf(target), elementsOf(counting(moved.rows(), moved.cols())));
     }
 }
 

@@ -5,7 +5,6 @@
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
-#include <algorithm>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -22,22 +21,24 @@ cv::Mat noise(int type) {
 }
 
 /// With files of all kinds at hand.
-class ImageFileTest : public testing::TestWithParam<std::string> {
-protected:
+struct ImageFileTest : testing::TestWithParam<std::string> {
+    const TemporaryDirectory directory;
+    const cv::Mat pixels = noise(CV_8UC3);
+
     ImageFileTest() {
-        for (const char* name : {"colour.png", "cut.png"})
-            cv::imwrite(name, noise(CV_8UC3));
-        for (const char* name : {"float.hdr", "cut.hdr"})
-            cv::imwrite(name, noise(CV_32FC3));
-        fs::resize_file("cut.png", 500);
-        fs::resize_file("cut.hdr", 1200);
-        writeFile("text.jpg", "No image, whatever its name says.");
-        writeFile("sizeless.hdr", "#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n-Y 0 +X 9\n");
-        writeFile("formatless.hdr", "#?RADIANCE\n\n-Y 1 +X 1\nabcd");
-        writeFile("empty.png");
+        cv::imwrite("colour.png", pixels);
+        cv::imwrite("float.hdr", noise(CV_32FC3));
+        fs::copy_file("colour.png", "damaged");
+        fs::resize_file("damaged", 500);
+        fs::copy_file("float.hdr", "cut");
+        fs::resize_file("cut", 1200);
+        writeFile("sizeless", "#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n-Y 0 +X 9\n");
+        writeFile("formatless", "#?RADIANCE\n\n-Y 1 +X 1\nabcd");
+        writeFile("text", "No image.");
+        writeFile("empty");
         fs::create_directory("directory.png");
         fs::create_symlink("/dev/zero", "device.png");
-        mkfifo("pipe.png", 0600);
+        mkfifo("pipe", 0600);
     }
 
     /// Loads the file @p name, which is to make itself heard by @p errors.
@@ -48,16 +49,10 @@ protected:
     }
     static std::string complaint(const std::string& name) { return "ERROR: Could not load image: " + name + "\n"; }
 
-    const TemporaryDirectory directory;
-    const cv::Mat pixels = noise(CV_8UC3);
     Image image = imageOf(pixels);
 };
 
-std::string nameOf(const testing::TestParamInfo<std::string>& test) {
-    std::string name = test.param;
-    std::replace(name.begin(), name.end(), '.', '_');  // the one for a file, the other for a test
-    return name;
-}
+const auto NAME = [](const testing::TestParamInfo<std::string>& test) { return fs::path(test.param).stem().string(); };
 
 TEST_F(ImageFileTest, AGoodFileIsLoadedSilentlyIntoRowsByTheRule) {
     image = load("colour.png", "");
@@ -76,14 +71,14 @@ TEST_P(NoImageFileTest, IsReportedInOneLineAtOnce) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, NoImageFileTest,
-                         testing::Values("missing.png", "empty.png", "text.jpg", "directory.png", "pipe.png",
-                                         "device.png", "cut.hdr", "sizeless.hdr", "formatless.hdr"),
-                         nameOf);
+                         testing::Values("missing.png", "empty", "text", "directory.png", "pipe", "device.png", "cut",
+                                         "sizeless", "formatless"),
+                         NAME);
 
 TEST_F(ImageFileTest, AnEmptyPathAndANulByteNameNothingAndOfADamagedImageTheLineIsTheLast) {
     for (const std::string& name : {std::string(), std::string("colour.png\0x", 12)})
         EXPECT_TRUE(load(name, complaint(name)).empty());
-    EXPECT_TRUE(load("cut.png", testing::EndsWith(complaint("cut.png"))).empty());
+    EXPECT_TRUE(load("damaged", testing::EndsWith(complaint("damaged"))).empty());
 }
 
 TEST_F(ImageFileTest, GoodFilesLoadWhereLittleIsLeft) {
@@ -111,7 +106,7 @@ TEST_P(SavedImageTest, IsLoadedAgainWhateverItsLayoutAndRegionOfInterest) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(, SavedImageTest, testing::Values("a.png", "a.BMP", "a.tiff", "a.ppm"), nameOf);
+INSTANTIATE_TEST_SUITE_P(, SavedImageTest, testing::Values("lower.png", "upper.BMP", "long.tiff", "plain.ppm"), NAME);
 
 TEST_F(SavedImageTest, WhatCannotBeSavedIsReportedInOneLineAndChangesNothing) {
     const std::string kept = contentOf("colour.png");

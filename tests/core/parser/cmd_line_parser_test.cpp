@@ -7,19 +7,10 @@ using tarvos::core::parser::CmdLineParser;
 
 namespace {
 
-class CmdLineParserTest : public testing::Test {
-protected:
-    CmdLineParser parserOf(std::vector<std::string> words) {
-        mWords = std::move(words);
-        mPointers.resize(mWords.size());
-        std::transform(mWords.begin(), mWords.end(), mPointers.begin(), [](std::string& word) { return word.data(); });
-        return {static_cast<int>(mPointers.size()), mPointers.data()};
-    }
-
-private:
-    std::vector<std::string> mWords;
-    std::vector<char*> mPointers;
-};
+/// A parser of words that outlive it.
+CmdLineParser parserOf(const std::vector<const char*>& words) {
+    return {static_cast<int>(words.size()), const_cast<char**>(words.data())};
+}
 
 const std::string HEAD =
     "Command line options:\n"
@@ -28,8 +19,9 @@ const std::string HEAD =
 const std::string HELP = "-help               false               false               display a help message\n";
 const std::string LEGEND = "\n(+): mandatory argument\n(*): argument was set on commandline\n\n";
 
-TEST_F(CmdLineParserTest, ServesEveryRecordOfAName) {
-    CmdLineParser parser = parserOf({"app", "-both", "word", "-twice", "one", "two", "-", "dash"});
+TEST(CmdLineParserTest, ServesEveryRecordOfAName) {
+    const std::vector<const char*> words = {"app", "-both", "word", "-twice", "one", "two", "-", "dash"};
+    CmdLineParser parser = parserOf(words);
     parser.addFlag("both", "");
     for (const char* option : {"both", "twice", "twice", ""})
         parser.addOption(option, "", "", false);
@@ -39,8 +31,8 @@ TEST_F(CmdLineParserTest, ServesEveryRecordOfAName) {
                 testing::HasSubstr("-twice           (*)                    two "));
 }
 
-TEST_F(CmdLineParserTest, ConvertsLikeAStream) {
-    CmdLineParser parser = parserOf({"app"});
+TEST(CmdLineParserTest, ConvertsLikeAStream) {
+    CmdLineParser parser = parserOf({});
     for (const char* text : {"12abc", " \t3.7", "1", "0"})
         parser.addOption(text, "", text, false);
     struct Comma : std::numpunct<char> {
@@ -54,8 +46,9 @@ TEST_F(CmdLineParserTest, ConvertsLikeAStream) {
     EXPECT_FALSE(parser.get<bool>("0"));
 }
 
-TEST_F(CmdLineParserTest, PrintsTheUsageTable) {
-    CmdLineParser parser = parserOf({"app", "-frames", "50"});
+TEST(CmdLineParserTest, PrintsTheUsageTable) {
+    const std::vector<const char*> words = {"app", "-frames", "50"};
+    CmdLineParser parser = parserOf(words);
     EXPECT_EQ(errorsOf([&] { parser.printUsage("see the manual"); }), HEAD + HELP + LEGEND + "see the manual\n");
     parser.setAppDescription("Face tracking demo");
     parser.addOption("frames", "number of frames", "100", false);
@@ -70,11 +63,11 @@ TEST_F(CmdLineParserTest, PrintsTheUsageTable) {
                   std::string(46, ' ') + "text                \n" + LEGEND);
 }
 
-TEST_F(CmdLineParserTest, EndsTheProcess) {
+TEST(CmdLineParserTest, EndsTheProcess) {
     const std::string row = "-must         (+)   default             default             needed              \n";
     const std::string helped = "-help            (*)false               true                display a help message\n";
     const std::string noValue = "Warning: Option \"must\" requires an argument!! Value unchanged!!\n";
-    const std::pair<std::vector<std::string>, std::string> cases[] = {
+    const std::pair<std::vector<const char*>, std::string> cases[] = {
         {{"app", "-must"}, noValue},
         {{"app", "-help", "-must"}, noValue},
         {{"app", "-help"}, HEAD + helped + row + LEGEND},

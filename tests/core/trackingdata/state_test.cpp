@@ -18,39 +18,36 @@ using testing::ElementsAre;
 
 namespace {
 
-TEST(PoseTest, ReadingUpdatesWhatIsOutOfDate) {
-    TestPose pose(3, 2);
-    Vector data(3);
-    Vector incData(2);
-    pose.getData(data);
+struct PoseTest : testing::Test {
+    TestPose pose{3, 2};
+    Vector three{3}, two{2};
+};
+
+TEST_F(PoseTest, ReadingUpdatesWhatIsOutOfDate) {
+    pose.getData(three);
     pose.outdate(true, true);
-    pose.getData(data);
-    pose.getData(data);
+    pose.getData(three);
+    pose.getData(three);
     EXPECT_EQ(pose.dataUpdates, 1);
-    EXPECT_THAT(elementsOf(data), ElementsAre(100, 100, 100));
-    pose.getIncData(incData);
-    pose.getIncData(incData);
+    EXPECT_THAT(elementsOf(three), ElementsAre(100, 100, 100));
+    pose.getIncData(two);
+    pose.getIncData(two);
     EXPECT_EQ(pose.incUpdates, 2) << "its update leaves the flag at 0";
 }
 
-TEST(PoseTest, CopiesKeepWhatIsOutOfDate) {
-    TestPose pose(3, 2);
+TEST_F(PoseTest, CopiesKeepWhatIsOutOfDate) {
+    const auto flagsOf = [](const Pose& one) { return std::pair(one.getUpdateFlag(), one.getUpdateIncFlag()); };
     for (const bool data : {false, true}) {
         pose.outdate(data, !data);
         TestPose assigned(3, 2);
         static_cast<Pose&>(assigned) = pose;
         const std::unique_ptr<Pose> clone(pose.clone());
-        for (const Pose* copy : {static_cast<const Pose*>(&assigned), static_cast<const Pose*>(clone.get())}) {
-            EXPECT_EQ(copy->getUpdateFlag(), pose.getUpdateFlag());
-            EXPECT_EQ(copy->getUpdateIncFlag(), pose.getUpdateIncFlag());
-        }
+        EXPECT_EQ(flagsOf(assigned), flagsOf(pose));
+        EXPECT_EQ(flagsOf(*clone), flagsOf(pose));
     }
 }
 
-TEST(PoseTest, StopsOnWrongSizes) {
-    TestPose pose(3, 2);
-    Vector three(3);
-    Vector two(2);
+TEST_F(PoseTest, StopsOnWrongSizes) {
     EXPECT_CONTRACT(pose.getData(two), "Pose::getData",
                     "(int)vec.dimension() == dimension() && \"ERROR: getData - vector sizes does not match!\"");
     EXPECT_CONTRACT(pose.getIncData(three), "Pose::getIncData",
@@ -75,18 +72,16 @@ TEST(VectorPoseTest, IsItsVectorInBothForms) {
 }
 
 /// A state of dimension 3 and 2 degrees of freedom with two blocks.
-struct StateTest : testing::Test {
-    TestPose pose{3, 2};
+struct StateTest : PoseTest {
     State state{pose, 3};
 };
 
 TEST_F(StateTest, ReadersBringThePoseUpToDate) {
-    Vector data(3);
     Vector packed(7);
     state.setDataFromVector(Vector::of(7, 8, 9, 3, 4, 5, 6), -1);
     dynamic_cast<TestPose&>(*state.pose()).outdate(true, false);
-    state.getPoseData(data);
-    EXPECT_THAT(elementsOf(data), ElementsAre(107, 108, 109));
+    state.getPoseData(three);
+    EXPECT_THAT(elementsOf(three), ElementsAre(107, 108, 109));
     state.getStateData(packed);
     EXPECT_THAT(elementsOf(packed), ElementsAre(107, 108, 109, 3, 4, 5, 6));
 }
@@ -100,8 +95,6 @@ TEST_F(StateTest, ThroughTheBaseOnlyTheTimeStampIsCopied) {
 }
 
 TEST_F(StateTest, StopsOnWhatDoesNotFit) {
-    Vector two(2);
-    Vector three(3);
     Vector five(5);
     const std::string order = "(order <= getMaxOrder()) && \"ERROR: too high AR order for this state!\"";
     const std::string block = "mDerivatives.size() >= order";

@@ -75,10 +75,9 @@ TEST_F(FilesystemTest, ANameWithANulByteNamesNothing) {
     EXPECT_FALSE(Filesystem::exists(name));
     EXPECT_TRUE(Filesystem::rm(name));
     EXPECT_THROW(Filesystem::mkdir(name), fs::filesystem_error);
-    for (const std::string& other : {std::string("new"), name}) {
-        EXPECT_THAT(messageOf([&] { Filesystem::mv(name, other); }), StartsWith("Filesystem exception: mv(" + name));
-        EXPECT_EQ(messageOf([&] { Filesystem::cp(name, other); }), refusalOf(name, other));
-    }
+    EXPECT_THAT(messageOf([&] { Filesystem::mv(name, "new"); }), StartsWith("Filesystem exception: mv(" + name));
+    EXPECT_THAT(messageOf([&] { Filesystem::mv("kept", name); }), StartsWith("Filesystem exception: mv(kept, "));
+    EXPECT_EQ(messageOf([&] { Filesystem::cp(name, "new"); }), refusalOf(name, "new"));
     EXPECT_EQ(messageOf([&] { Filesystem::cp("kept", name); }), refusalOf("kept", name));
     EXPECT_EQ(messageOf([&] { Filesystem::ls(name, ""); }), "\nNot found: " + directory.path() + "/" + name);
     EXPECT_THAT(Filesystem::ls(".", ""), UnorderedElementsAre("kept"));
