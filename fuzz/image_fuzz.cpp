@@ -29,6 +29,7 @@ struct Model {
     int width = 0, height = 0, layout = Image::CHANNELS_RGB, depth = 0, align = 4, step = 0;
     std::vector<unsigned char> buffer{};
 
+    int area() const { return width * height; }
     int channels() const { return CHANNELS[layout]; }
     int row() const { return width * channels() * CV_ELEM_SIZE1(depth); }
     /// OpenCV tells of a single row what its pixels need.
@@ -209,7 +210,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
             target.describe(input);
         else if (operation == 4)
             target.fill(input);
-        else if (operation == 5 && source.model.width > 0 && source.model.height > 0)
+        else if (operation == 5 && source.model.area() > 0 && source.model.area() < 300)
             tile(input, target, source);
         else if (operation == 6)
             moveConstruct(target, source);

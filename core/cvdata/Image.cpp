@@ -292,23 +292,28 @@ void Image::copyFromHeader(const IplImage* image, std::int64_t readable) {
 }
 
 /// Copies the rows of an image of this one's size and depth: every byte of the buffer, @p readable ones, where the
-/// strides are the same. What then is left of this buffer becomes 0.
+/// strides are the same. What then is left of this buffer becomes 0: it may hold more than the description tells of,
+/// and of a single row less than its stride.
 void Image::copyRows(const unsigned char* source, std::int64_t sourceStep, std::int64_t readable) {
-    unsigned char* target = mImageBuffer.get();
+    unsigned char* next = mImageBuffer.get();  // behind what is written
+    const unsigned char* end = next + mImageSize;
+    const auto zeroTo = [&](const unsigned char* place) {
+        std::memset(next, 0, static_cast<std::size_t>(place - next));
+    };
     if (sourceStep == mDescription.widthStep) {
-        const auto count = static_cast<std::size_t>(std::min(readable, std::int64_t{mImageSize}));
-        std::memcpy(target, source, count);
-        std::memset(target + count, 0, mImageSize - count);
-        return;
+        const std::int64_t count = std::min(readable, std::int64_t{mImageSize});
+        std::memcpy(next, source, static_cast<std::size_t>(count));
+        next += count;
+    } else {
+        const std::int64_t rowBytes = mDescription.bytesPerRow();
+        for (int row = 0; row < mDescription.height; ++row) {
+            unsigned char* target = mImageBuffer.get() + row * mDescription.widthStep;
+            zeroTo(target);
+            std::memcpy(target, source + row * sourceStep, static_cast<std::size_t>(rowBytes));
+            next = target + rowBytes;
+        }
     }
-    const auto rowBytes = static_cast<std::size_t>(mDescription.bytesPerRow());
-    const auto fill = static_cast<std::size_t>(mDescription.widthStep) - rowBytes;
-    for (int row = 0; row < mDescription.height; ++row) {
-        std::memcpy(target, source, rowBytes);
-        std::memset(target + rowBytes, 0, fill);
-        source += sourceStep;
-        target += mDescription.widthStep;
-    }
+    zeroTo(end);
 }
 
 /// Whether the description and the header tell of the buffer.

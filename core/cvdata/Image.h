@@ -70,7 +70,8 @@ public:
     /// The image in the file at @p path, as OpenCV decodes it to 8-bit CHANNELS_BGR, without regard to an EXIF
     /// orientation. When that fails for whatever reason, the image is empty and "ERROR: Could not load image: " and the
     /// path are written to standard error; for a damaged image, the decoder's own words may stand before that line.
-    /// Only regular files are opened. Throws nothing but `std::bad_alloc`.
+    /// Only regular files are opened. DICOM is not read: OpenCV's decoder of it ends the process where a file is
+    /// damaged. Throws nothing but `std::bad_alloc`.
     ///
     /// The first image loaded or saved brings in the libraries behind OpenCV's codecs, some 50 ms once in a process.
     explicit Image(std::string path);

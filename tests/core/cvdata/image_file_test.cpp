@@ -35,6 +35,7 @@ struct ImageFileTest : testing::TestWithParam<std::string> {
         writeFile("sizeless", "#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n-Y 0 +X 9\n");
         writeFile("formatless", "#?RADIANCE\n\n-Y 1 +X 1\nabcd");
         writeFile("text", "No image.");
+        writeFile("dicom", std::string(128, '\0') + "DICM");
         writeFile("empty");
         fs::create_directory("directory.png");
         fs::create_symlink("/dev/zero", "device.png");
@@ -72,7 +73,7 @@ TEST_P(NoImageFileTest, IsReportedInOneLineAtOnce) {
 
 INSTANTIATE_TEST_SUITE_P(, NoImageFileTest,
                          testing::Values("missing.png", "empty", "text", "directory.png", "pipe", "device.png", "cut",
-                                         "sizeless", "formatless"),
+                                         "sizeless", "formatless", "dicom"),
                          NAME);
 
 TEST_F(ImageFileTest, AnEmptyPathAndANulByteNameNothingAndOfADamagedImageTheLineIsTheLast) {
