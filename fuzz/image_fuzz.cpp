@@ -34,7 +34,8 @@ struct Model {
     int row() const { return width * channels() * CV_ELEM_SIZE1(depth); }
     /// OpenCV tells of a single row what its pixels need.
     int toldStep() const { return height > 1 ? step : row(); }
-    auto geometry() const { return std::tuple(isEmpty, width, height, layout, depth, align, step); }
+    bool isHeld() const { return step * height <= static_cast<int>(buffer.size()); }
+    auto geometry() const { return std::tuple(isEmpty, width, height, layout, depth, align, step, isHeld()); }
     void layOutByRule() {
         step = row() + (align > 0 ? (align - width * channels() % align) % align : 0);
         buffer.resize(static_cast<std::size_t>(step * height));
@@ -128,7 +129,7 @@ struct Slot {
         IplImage header = *image->iplImage();
         header.width = wanted.width = input.below(9);
         header.height = input.below(6);
-        header.widthStep = wanted.row() + input.below(12);
+        header.widthStep = (header.height == 1 ? 0 : wanted.row()) + input.below(12);
         wanted.describe(header);
         if (wanted.toldStep() * wanted.height > static_cast<int>(model.buffer.size()))
             return;

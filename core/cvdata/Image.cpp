@@ -157,7 +157,7 @@ Image& Image::operator=(const Image& image) {
     }
     TARVOS_REQUIRE(image.isInStep() && "Image: the source's description and its pixels are out of step.");
     const Description wanted = image.mDescription.laidOutByRule();
-    if (!(mDescription == wanted && isInStep())) {
+    if (!isLaidOut(wanted)) {
         Image fresh(wanted);
         swapPixels(fresh);
     }
@@ -167,8 +167,7 @@ Image& Image::operator=(const Image& image) {
 
 Image& Image::operator=(Image&& image) {  // NOLINT(*-noexcept-move-*,*-exception-escape)
     const Description wanted = image.mDescription.laidOutByRule();
-    const bool takesOver = image.isInStep() && image.mDescription == wanted && !(mDescription == wanted && isInStep());
-    if (this == &image || !takesOver)
+    if (this == &image || isLaidOut(wanted) || !image.isLaidOut(wanted))
         return *this = static_cast<const Image&>(image);
     Image taken;
     taken.swapPixels(image);
@@ -292,8 +291,7 @@ void Image::copyFromHeader(const IplImage* image, std::int64_t readable) {
 }
 
 /// Copies the rows of an image of this one's size and depth: every byte of the buffer, @p readable ones, where the
-/// strides are the same. What then is left of this buffer becomes 0: it may hold more than the description tells of,
-/// and of a single row less than its stride.
+/// strides are the same. What then is left of this buffer becomes 0, also what it holds beyond the description.
 void Image::copyRows(const unsigned char* source, std::int64_t sourceStep, std::int64_t readable) {
     unsigned char* next = mImageBuffer.get();  // behind what is written
     const unsigned char* end = next + mImageSize;
@@ -325,6 +323,11 @@ bool Image::isInStep() const {
            mIplImage->depth == depth->opencvDepth && mDescription.isPossible() &&
            (mDescription.bytesPerRow() <= mDescription.widthStep || mDescription.height == 1) &&
            mDescription.reach() <= std::int64_t{mImageSize};
+}
+
+/// Whether the buffer holds what @p wanted describes, and the description and the header tell just that.
+bool Image::isLaidOut(const Description& wanted) const {
+    return mDescription == wanted && isInStep() && wanted.widthStep * wanted.height <= std::int64_t{mImageSize};
 }
 
 void Image::swapPixels(Image& other) noexcept {

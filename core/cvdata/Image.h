@@ -179,6 +179,7 @@ private:
     void copyFromHeader(const IplImage* image, std::int64_t readable);
     void copyRows(const unsigned char* source, std::int64_t sourceStep, std::int64_t readable);
     bool isInStep() const;
+    bool isLaidOut(const Description& wanted) const;
 
 protected:
     /// Exchanges everything but the time stamps. Each image keeps its header object where both have one, so that a

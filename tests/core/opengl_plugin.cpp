@@ -1,5 +1,4 @@
-/// @file
-/// A plugin of opengl_probe that wants a context, too.
+// A plugin of opengl_probe that wants a context, too.
 
 #include "core/SystemManager.h"
 

@@ -46,6 +46,7 @@ TEST(VectorTest, ElementsAreGivenAndReached) {
     EXPECT_EQ(vector.data()[1], 4.0) << "written through const";
     EXPECT_EQ(Vector{3}.dimension(), 3U);
     EXPECT_EQ(Vector::of().dimension(), 0U);
+    static_assert(!std::is_constructible_v<Vector4, int, int>);
     const Vector4 fixed(1, 2, 3, 4);
     EXPECT_EQ(fixed[2], 3.0);
     EXPECT_EQ(std::accumulate(fixed.begin(), fixed.end(), 0.0), 10.0);

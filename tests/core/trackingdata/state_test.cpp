@@ -109,6 +109,7 @@ TEST_F(StateTest, StopsOnWhatDoesNotFit) {
         {[&] { state.getPoseData(two); }, "getPoseData", size("pdim", "poseData", finite)},
         {[&] { state.getStateData(two); }, "getStateData", size("stateDimension()", "stateData", finite)},
         {[&] { state.setDataFromVector(five, -1); }, "setDataFromVector", size("sdim", "stateData", "state dimension")},
+        {[&] { state.setDataFromVector(two, 0); }, "setDataFromVector", size("pdim", "stateData", "state dimension")},
         {[&] { state.setDataFromVector(three, 3); }, "setDataFromVector", block},
         {[&] { state.setDataFromVector(three, 4); }, "setDataFromVector", order},
         {[&] { state.setIncDataFromVector(five, -1); }, "setIncDataFromVector",

@@ -156,6 +156,7 @@ TEST(VisContourSamplePtsTest, IsMovedWithItsEdgesPointingToItsPointsButNeverCopi
     EXPECT_EQ(contour.mField, 0);
     contour.mPoints.resize(3);
     contour.mEdges.resize(2);
+    EXPECT_EQ(contour.mEdges[0].mField + contour.mPoints[0].mField, 0);
     contour.mEdges[1].mPointRefs = {&contour.mPoints[2]};
     contour.mField = 5;
     contour.mFlag = true;
