@@ -25,17 +25,16 @@ TEST(CvDataTest, TagsTellTheKind) {
 }
 
 TEST(CvDataTest, AssignmentThroughABaseMovesNoData) {
-    Blobs source;
-    Blobs target;
+    Blobs source, target;
     target.addBlob();
     source.mFlag = true;
     CvData& root = target;
     root = source;
     EXPECT_FALSE(target.mFlag);
     EXPECT_CONTRACT(root = Image(), "CvData::operator=", "this->mDataReprType == data.mDataReprType");
-    VisualFeatures& feature = target;
-    feature = ColorGMM(1, 1);
-    feature = static_cast<VisualFeatures&>(source);
+    ColorGMM marked(1, 1);
+    marked.mFlag = true;
+    static_cast<VisualFeatures&>(target) = marked;
     EXPECT_TRUE(target.mFlag);
     EXPECT_TRUE(VisualFeatures(target).mFlag);
     EXPECT_EQ(target.dimension(), 1U);
