@@ -46,18 +46,19 @@ bool failsNow() {
 
 }  // namespace
 
-void* operator new(std::size_t size) {
+// Not inline, since GCC would see malloc meet delete and delete meet free.
+[[gnu::noinline]] void* operator new(std::size_t size) {
     void* memory = failsNow() ? nullptr : std::malloc(size != 0 ? size : 1);
     if (memory == nullptr)
         throw std::bad_alloc();
     ++liveBlocks;
     return memory;
 }
-void operator delete(void* memory) noexcept {
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
     liveBlocks -= memory != nullptr ? 1 : 0;
     std::free(memory);
 }
-void operator delete(void* memory, std::size_t /*size*/) noexcept {
+[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept {
     operator delete(memory);
 }
 
