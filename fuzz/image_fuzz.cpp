@@ -102,10 +102,11 @@ struct Slot {
         model = {false, input.below(9), input.below(6), input.below(6), depth, isNew ? 4 : model.align};
         model.layOutByRule();
         const auto layout = static_cast<Image::ColorChannels>(model.layout);
+        image->setChannels(layout);
         if (isNew)
             image = std::make_unique<Image>(model.width, model.height, layout, BITS[depth]);
-        image->setChannels(layout);
-        image->resizeMemory(model.width, model.height);
+        else
+            image->resizeMemory(model.width, model.height);
         fill(input);
     }
     void makeFromHeader(Input& input) {

@@ -47,6 +47,9 @@ constexpr Signature FROM_MEMORY[] = {{0, "\x89PNG"sv},
                                      {0, "P7"sv},
                                      {0, "\xFF\x4F\xFF\x51"sv}};
 
+/// Refused: OpenCV's decoder of it, GDCM, ends the process where a file is damaged.
+constexpr Signature DICOM{128, "DICM"sv};
+
 bool holds(const unsigned char* bytes, std::size_t size, const Signature& signature) {
     return size >= signature.at + signature.text.size() &&
            std::memcmp(bytes + signature.at, signature.text.data(), signature.text.size()) == 0;
@@ -55,12 +58,6 @@ bool holds(const unsigned char* bytes, std::size_t size, const Signature& signat
 bool isDecodedFromMemory(const unsigned char* bytes, std::size_t size) {
     return std::any_of(std::begin(FROM_MEMORY), std::end(FROM_MEMORY),
                        [&](const Signature& signature) { return holds(bytes, size, signature); });
-}
-
-/// Whether OpenCV would give the bytes to its decoder of DICOM, GDCM, which ends the process where they are damaged.
-bool isDicom(const unsigned char* bytes, std::size_t size) {
-    constexpr Signature DICOM{128, "DICM"sv};
-    return holds(bytes, size, DICOM);
 }
 
 /// The endings whose encoders write to memory; the others write to a file without looking whether the disk is full.
@@ -115,7 +112,7 @@ private:
 
 Outcome decode(int file, const unsigned char* bytes, std::size_t size, RowsOfImage image) {
     cv::Mat pixels;
-    if (isDicom(bytes, size))
+    if (holds(bytes, size, DICOM))
         return Outcome::FAILED;
     if (isDecodedFromMemory(bytes, size)) {
         pixels.allocator = &image;

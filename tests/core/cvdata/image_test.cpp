@@ -136,8 +136,7 @@ TEST_F(TiledImageTest, WhatOpencvRejectsLeavesNoTrace) {
 }
 
 TEST_F(TiledImageTest, StopsOnAWrongCell) {
-    Image wide(162, 120, Image::CHANNELS_BGR, Image::BITS_8U);
-    Image high(161, 121, Image::CHANNELS_BGR, Image::BITS_8U);
+    Image wide(162, 120, Image::CHANNELS_BGR, Image::BITS_8U), high(161, 121, Image::CHANNELS_BGR, Image::BITS_8U);
     const std::tuple<std::size_t, std::size_t, Image*, std::string> cases[] = {
         {2, 0, &cell, "(cellRow < mRows) && \"cell row index is out of range\""},
         {0, 3, &cell, "(cellCol < mCols) && \"cell col index is out of range\""},
