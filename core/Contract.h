@@ -15,23 +15,18 @@ namespace tarvos::core {
 
 /// Stops the process unless the condition holds. A message is joined to the condition as a literal:
 /// `TARVOS_REQUIRE((row < rows()) && "row index is out of range")`. The diagnostic prints the condition as it reads
-/// after macro expansion, which is what the second macro is for.
-#define TARVOS_REQUIRE(...) TARVOS_REQUIRE_AT(__FILE__, __extension__ __PRETTY_FUNCTION__, __VA_ARGS__)
-/// TARVOS_REQUIRE for a condition that is expanded already, told as broken in @p function of @p file: in a header,
-/// whose
-/// `__FILE__` says how it was included, and in a check that several functions share.
-#define TARVOS_REQUIRE_AT(file, function, ...)             \
-    (static_cast<bool>(__VA_ARGS__) ? static_cast<void>(0) \
-                                    : ::tarvos::core::contractViolated(#__VA_ARGS__, file, __LINE__, function))
+/// after macro expansion, hence the second macro.
+#define TARVOS_REQUIRE(...) TARVOS_REQUIRE_EXPANDED(__VA_ARGS__)
+#define TARVOS_REQUIRE_EXPANDED(...) \
+    (static_cast<bool>(__VA_ARGS__)  \
+         ? static_cast<void>(0)      \
+         : ::tarvos::core::contractViolated(#__VA_ARGS__, __FILE__, __LINE__, __extension__ __PRETTY_FUNCTION__))
 
-/// The same where the wording of the condition compares a signed with an unsigned number on purpose: both sides
-/// become unsigned, so that a negative number is larger than every size.
-#define TARVOS_REQUIRE_UNSIGNED(...) \
-    TARVOS_REQUIRE_UNSIGNED_AT(__FILE__, __extension__ __PRETTY_FUNCTION__, __VA_ARGS__)
-/// TARVOS_REQUIRE_UNSIGNED, told as broken in @p function of @p file.
-#define TARVOS_REQUIRE_UNSIGNED_AT(file, function, ...)                                      \
+/// TARVOS_REQUIRE for a condition whose wording compares a signed with an unsigned number: the compiler converts both
+/// to unsigned, so a negative number exceeds every size.
+#define TARVOS_REQUIRE_UNSIGNED(...)                                                         \
     do {                                                                                     \
         _Pragma("GCC diagnostic push") _Pragma("GCC diagnostic ignored \"-Wsign-compare\""); \
-        TARVOS_REQUIRE_AT(file, function, __VA_ARGS__);                                      \
+        TARVOS_REQUIRE(__VA_ARGS__);                                                         \
         _Pragma("GCC diagnostic pop")                                                        \
     } while (false)

@@ -8,7 +8,7 @@
 namespace tarvos::core {
 
 Exception::Exception(std::string msg) noexcept : mMsg(std::move(msg)) {
-    report(std::cerr, std::string("Exception Msg: ") + Exception::what() + "\n");
+    report(std::cerr, std::string("Exception Msg: ") + Exception::what());
 }
 
 Exception::~Exception() = default;

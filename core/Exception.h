@@ -9,19 +9,15 @@ namespace tarvos::core {
 
 /// The library's exception, thrown by value by the operations of util::Filesystem.
 ///
-/// Building one reports it: "Exception Msg: ", the message and a newline go to standard error at once and in one piece,
-/// so that an error is seen even if nobody prints it. Copies print nothing.
+/// Building one reports it: "Exception Msg: ", the message and a newline go to standard error in a single write, so
+/// that an error is seen even if nobody prints it. Copies print nothing.
 ///
 /// @snippet services.cpp exception
 /// @ingroup foundation
 class TARVOS_CORE_EXPORT Exception : public std::exception {
 public:
-    /// Stores and reports @p msg. Never throws: a failure in here ends the process.
-    explicit Exception(std::string msg) noexcept;
-    /// A silent copy of the message.
-    Exception(const Exception& other) = default;
-    /// A silent copy of the message.
-    Exception& operator=(const Exception& other) = default;
+    /// Stores and reports @p msg. Never throws: if the line that is printed cannot be allocated, the process ends.
+    Exception(std::string msg) noexcept;  // not explicit, so that a message can be thrown or passed as one
     ~Exception() override;
 
     /// The message as a C string, valid as long as the object lives.

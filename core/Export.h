@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// What the core library shows.
+/// Symbol visibility of the core library.
 
-/// Makes a class or function of the core library visible to its users; everything else stays inside.
+/// Exports a class or function of the core library; all other symbols are hidden.
 #define TARVOS_CORE_EXPORT __attribute__((visibility("default")))

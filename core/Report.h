@@ -5,10 +5,11 @@
 
 namespace tarvos::core {
 
-/// Writes @p text to one of the process's streams and flushes it: in one piece, also while other threads write, and
-/// without a look at the width or the format that the application has set there.
-inline void report(std::ostream& stream, const std::string& text) {
-    stream.write(text.data(), static_cast<std::streamsize>(text.size())).flush();
+/// Writes @p line and a newline to one of the process's streams and flushes it. The whole is a single write, so that
+/// concurrent lines do not interleave; the stream's width and format are ignored.
+inline void report(std::ostream& stream, std::string line) {
+    line += '\n';
+    stream.write(line.data(), static_cast<std::streamsize>(line.size())).flush();
 }
 
 }  // namespace tarvos::core

@@ -6,9 +6,9 @@ namespace tarvos::core {
 
 /// Gives the application an OpenGL context without showing a window, and checks what the GPU can do.
 ///
-/// The application decides whether and when. GLUT is initialised once in a process, by the first call unless the
-/// application has done it; the context belongs to the thread that made it. An X display is needed: without one GLUT
-/// ends the process. The application may run GLUT's main loop for windows of its own.
+/// The application decides whether and when. GLUT is initialised once per process, by the first call unless the
+/// application has done it; the context belongs to the thread that made it. An X display is required: without one, GLUT
+/// ends the process. The application may run GLUT's main loop for its own windows.
 ///
 /// @snippet graphics.cpp context
 /// @ingroup graphics
@@ -19,15 +19,15 @@ public:
     SystemManager(const SystemManager&) = delete;
     SystemManager& operator=(const SystemManager&) = delete;
 
-    /// Creates a further hidden window (it is off the screen when this returns) with the title @p title, makes its
-    /// context current and initialises GLEW, telling GLEW's version on standard output. The window has @p width x @p
-    /// height pixels and stands at (@p posX,
-    /// @p posY) on the screen; later calls use the first call's size and position. Windows are not destroyed.
+    /// Creates another hidden window (it is off the screen when this returns) with the title @p title, makes its
+    /// context current, initialises GLEW and prints GLEW's version to standard output. The window has @p width x @p
+    /// height pixels and its upper left corner at (@p posX, @p posY) on the screen; later calls use the first call's
+    /// size and position. Windows are not destroyed.
     ///
-    /// With @p checkCapabilities it prints the GPU's vendor, what it supports and its limits to standard output. When
+    /// With @p checkCapabilities it prints the GPU's vendor, what it supports and its limits to standard output. If
     /// GLEW cannot be initialised or a capability is missing (shaders, framebuffer objects, rectangle textures), it
-    /// says so and ends the process with `exit(-1)` (status 255). Vertex buffer objects and geometry shaders may be
-    /// missing.
+    /// prints a message and ends the process with `exit(-1)` (status 255). Vertex buffer objects and geometry shaders
+    /// are optional. Stops the process when @p title is null.
     void initOpenGLContext(int width, int height, int posX, int posY, const char* title, bool checkCapabilities);
 
 private:

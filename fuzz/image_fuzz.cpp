@@ -10,6 +10,7 @@
 #include <cstring>
 #include <memory>
 #include <numeric>
+#include <string>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -23,32 +24,42 @@ constexpr Image::BitsPerChannel BITS[] = {Image::BITS_8U,  Image::BITS_8S,  Imag
                                           Image::BITS_32S, Image::BITS_32F, Image::BITS_64F};  // in OpenCV's order
 constexpr int CHANNELS[] = {1, 3, 3, 4, 4, 3};                                                 // of each layout
 
-/// How an image should be laid out, and what should be in its buffer.
+/// How an image should be laid out, and what should be in its buffer, which may be larger than the rows need.
 struct Model {
-    bool isEmpty = true;
+    bool hasBuffer = false;
     int width = 0, height = 0, layout = Image::CHANNELS_RGB, depth = 0, align = 4, step = 0;
     std::vector<unsigned char> buffer{};
 
     int area() const { return width * height; }
     int channels() const { return CHANNELS[layout]; }
     int row() const { return width * channels() * CV_ELEM_SIZE1(depth); }
-    /// OpenCV tells of a single row what its pixels need.
-    int toldStep() const { return height > 1 ? step : row(); }
-    bool isHeld() const { return step * height <= static_cast<int>(buffer.size()); }
-    auto geometry() const { return std::tuple(isEmpty, width, height, layout, depth, align, step, isHeld()); }
+    /// OpenCV states a single row without padding.
+    int statedStep() const { return height > 1 ? step : row(); }
+    auto geometry() const { return std::tuple(width, height, layout, depth, align); }
+    std::size_t size() const { return static_cast<std::size_t>(step * height); }
     void layOutByRule() {
         step = row() + (align > 0 ? (align - width * channels() % align) % align : 0);
-        buffer.resize(static_cast<std::size_t>(step * height));
+        buffer.resize(size());
     }
     void fill(int seed) { std::iota(buffer.begin(), buffer.end(), static_cast<unsigned char>(seed)); }
 
-    /// What an assignment makes of @p source in a buffer laid out like this one.
-    void take(const Model& source) {
-        std::fill(buffer.begin(), buffer.end(), 0);
-        if (step == source.step)
-            std::copy_n(source.buffer.begin(), std::min(buffer.size(), source.buffer.size()), buffer.begin());
+    /// Becomes what @p source is; the buffer stays if it can.
+    void assign(const Model& source) {
+        Model made = source;
+        made.layOutByRule();
+        const bool staysInBuffer = geometry() == made.geometry() && made.size() <= buffer.size();
+        if (staysInBuffer) {
+            made.buffer = buffer;
+            made.hasBuffer = hasBuffer;
+        } else {
+            made.hasBuffer = true;
+        }
+        std::fill_n(made.buffer.begin(), made.size(), static_cast<unsigned char>(0));
+        if (made.step == source.step)
+            std::copy_n(source.buffer.begin(), std::min(made.size(), source.buffer.size()), made.buffer.begin());
         else
-            paste(source, buffer.begin());
+            made.paste(source, made.buffer.begin());
+        *this = made;
     }
     void paste(const Model& source, std::vector<unsigned char>::iterator to) const {
         for (int i = 0; i < source.height; ++i)
@@ -63,11 +74,14 @@ struct Model {
                  : header.channelSeq[0] == 'R' ? Image::CHANNELS_RGB
                                                : Image::CHANNELS_BGR;
     }
-    /// What is made from @p header over these bytes.
+    /// What is made from @p header over these bytes. Padding of 8 bytes and more is a view's: not read at the end.
     Model copied(const IplImage& header) const {
         Model made = *this;
         made.describe(header);
-        made.buffer.resize(static_cast<std::size_t>(made.step * made.height));
+        made.buffer.resize(made.size());
+        const int padding = made.step - made.row();
+        if (padding >= 8 && made.height > 0)
+            std::fill_n(made.buffer.rbegin(), padding, static_cast<unsigned char>(0));
         return made;
     }
 };
@@ -77,19 +91,27 @@ struct Slot {
     Model model;
     long time = 0;
 
+    std::string text() const {
+        std::ostringstream text;
+        text << model.width << "x" << model.height << ", layout " << model.layout << ", depth " << model.depth
+             << ", align " << model.align << ", step " << model.step << ", " << model.buffer.size() << " bytes";
+        return text.str();
+    }
     void check() const {
         const IplImage* header = image->iplImage();
-        FUZZ_CHECK(image->empty() == model.isEmpty && (header == nullptr) == model.isEmpty);
+        FUZZ_CHECK((image->imageBuffer() != nullptr) == model.hasBuffer && (header != nullptr) == model.hasBuffer);
+        FUZZ_CHECK(image->empty() == (model.area() == 0));
         FUZZ_CHECK(image->getTimeStamp() == time);
         FUZZ_CHECK(std::equal(model.buffer.begin(), model.buffer.end(), image->imageBuffer()));
         FUZZ_CHECK(image->width() == model.width && image->height() == model.height);
+        FUZZ_CHECK(image->widthStep() == model.step);
         FUZZ_CHECK(image->channels() == model.layout && image->bitsPerChannel() == BITS[model.depth]);
         FUZZ_CHECK(image->nofChannels() == model.channels());
-        if (model.isEmpty)
+        if (header == nullptr)
             return;
         FUZZ_CHECK(header->width == model.width && header->height == model.height);
         FUZZ_CHECK(header->nChannels == model.channels() && header->depth == cvIplDepth(model.depth));
-        FUZZ_CHECK(header->widthStep == model.toldStep() && header->imageSize == model.toldStep() * model.height);
+        FUZZ_CHECK(header->widthStep == model.statedStep() && header->imageSize == model.statedStep() * model.height);
         FUZZ_CHECK(header->imageData == reinterpret_cast<char*>(image->imageBuffer()));
     }
     void fill(Input& input) {
@@ -99,7 +121,7 @@ struct Slot {
     }
     void resize(Input& input, bool isNew) {
         const int depth = isNew ? input.below(7) : model.depth;
-        model = {false, input.below(9), input.below(6), input.below(6), depth, isNew ? 4 : model.align};
+        model = {true, input.below(9), input.below(6), input.below(6), depth, isNew ? 4 : model.align};
         model.layOutByRule();
         const auto layout = static_cast<Image::ColorChannels>(model.layout);
         image->setChannels(layout);
@@ -111,13 +133,14 @@ struct Slot {
     }
     void makeFromHeader(Input& input) {
         static const char* const SEQUENCES[] = {"BGRA", "RGBA", "YUVA", "BRGA", "GRAY"};
-        model = {false, 1 + input.below(8), 1 + input.below(5), input.below(6), input.below(7)};
+        model = {true, 1 + input.below(8), 1 + input.below(5), input.below(6), input.below(7)};
         IplImage header;
         cvInitImageHeader(&header, cvSize(model.width, model.height), cvIplDepth(model.depth), model.channels());
         std::memcpy(header.channelSeq, SEQUENCES[input.below(5)], 4);
         header.align = 4 * input.below(3);
         header.widthStep = model.row() + input.below(12);
-        model.buffer.resize(static_cast<std::size_t>(header.widthStep * (model.height - 1) + model.row()));
+        const int lastRow = header.widthStep - model.row() < 8 ? header.widthStep : model.row();
+        model.buffer.resize(static_cast<std::size_t>(header.widthStep * (model.height - 1) + lastRow));
         model.fill(input.byte());
         header.imageData = reinterpret_cast<char*>(model.buffer.data());
         image = std::make_unique<Image>(&header);
@@ -132,7 +155,7 @@ struct Slot {
         header.height = input.below(6);
         header.widthStep = (header.height == 1 ? 0 : wanted.row()) + input.below(12);
         wanted.describe(header);
-        if (wanted.toldStep() * wanted.height > static_cast<int>(model.buffer.size()))
+        if (wanted.statedStep() * wanted.height > static_cast<int>(model.buffer.size()))
             return;
         image->updateFromOpencvHeader(&header);
         image->updateOpencvHeader();
@@ -140,26 +163,17 @@ struct Slot {
     }
 };
 
-void assign(Slot& target, Slot& source, bool isMoving) {
+void assign(Slot& target, const Slot& source) {
     const IplImage* header = target.image->iplImage();
-    Model made = source.model;
-    made.layOutByRule();
-    made.take(source.model);
-    const bool keeps = target.model.geometry() == made.geometry();
-    const bool takesOver = isMoving && !keeps && source.model.geometry() == made.geometry() && !made.isEmpty;
-    const unsigned char* buffer = (takesOver ? source : target).image->imageBuffer();
-    if (isMoving)
-        *target.image = std::move(*source.image);
-    else
-        *target.image = *source.image;
+    const unsigned char* buffer = target.image->imageBuffer();
+    *target.image = *source.image;
     if (&target == &source)
         return;
-    FUZZ_CHECK((!keeps && !takesOver) || target.image->imageBuffer() == buffer);
-    FUZZ_CHECK(header == nullptr || made.isEmpty || target.image->iplImage() == header);
-    if (keeps)
-        target.model.take(source.model);
-    else
-        target.model = takesOver ? std::exchange(source.model, {}) : made;
+    const std::size_t previousSize = target.model.buffer.size();
+    const bool staysInBuffer = target.model.geometry() == source.model.geometry();
+    target.model.assign(source.model);
+    FUZZ_CHECK(!staysInBuffer || target.model.size() > previousSize || target.image->imageBuffer() == buffer);
+    FUZZ_CHECK(header == nullptr || target.image->iplImage() == header);
 }
 
 void copy(Slot& target, const Slot& source, bool isCloning) {
@@ -183,7 +197,7 @@ void tile(Input& input, Slot& target, const Slot& cell) {
     auto mosaic = std::make_unique<TiledImage>(size(rows), size(cols), size(one.width), size(one.height),
                                                cell.image->channels(), cell.image->bitsPerChannel());
     TiledImage* tiled = mosaic.get();
-    Slot made{std::move(mosaic), {false, one.width * cols, one.height * rows, one.layout, one.depth}};
+    Slot made{std::move(mosaic), {true, one.width * cols, one.height * rows, one.layout, one.depth}};
     made.model.layOutByRule();
     made.fill(input);
     for (int cells = input.below(rows * cols + 1); cells > 0; --cells) {
@@ -198,17 +212,22 @@ void tile(Input& input, Slot& target, const Slot& cell) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    static const char* const OPERATIONS[] = {"new size", "resize",    "from header", "describe anew",
+                                             "fill",     "mosaic of", "move from",   "clone of",
+                                             "copy of",  "assign",    "assign",      "assign"};
     Input input(bytes, size);
     Slot slots[3];
-    while (!input.isOver()) {
+    while (!input.atEnd()) {
         const int operation = input.below(12);
-        Slot& target = slots[input.below(3)];
-        Slot& source = slots[input.below(3)];
+        const int to = input.below(3);
+        const int from = input.below(3);
+        Slot& target = slots[to];
+        Slot& source = slots[from];
         if (operation < 2)
             target.resize(input, operation == 0);
         else if (operation == 2)
             target.makeFromHeader(input);
-        else if (operation == 3 && !target.model.isEmpty)
+        else if (operation == 3 && target.model.hasBuffer)
             target.describe(input);
         else if (operation == 4)
             target.fill(input);
@@ -216,10 +235,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
             tile(input, target, source);
         else if (operation == 6)
             moveConstruct(target, source);
-        else if (operation < 9 && !source.model.isEmpty)
+        else if (operation < 9 && source.model.hasBuffer)
             copy(target, source, operation == 7);
         else
-            assign(target, source, operation == 9);
+            assign(target, source);
+        Input::note(OPERATIONS[operation], " ", from, " -> ", to, ": ", target.text());
         for (const Slot& slot : slots)
             slot.check();
     }

@@ -63,7 +63,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
                 {static_cast<std::size_t>(std::max(order, 1)), Numbers(static_cast<std::size_t>(pose.dof()))}};
     std::fill(fresh.parts[0].begin(), fresh.parts[0].end(), 2.0);
     Model models[] = {fresh, fresh};
-    while (!input.isOver()) {
+    while (!input.atEnd()) {
         const int operation = input.below(7);
         const int target = input.below(2);
         State& state = *states[target];

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// What the math library shows.
+/// Symbol visibility of the math library.
 
-/// Makes a class or function of the math library visible to its users; everything else stays inside.
+/// Exports a class or function of the math library; all other symbols are hidden.
 #define TARVOS_MATH_EXPORT __attribute__((visibility("default")))

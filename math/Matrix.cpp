@@ -11,34 +11,16 @@
 
 namespace tarvos::math {
 
-/// Makes storage for more elements than fit inside, all zero.
-void Matrix::makeOutside() {
-    if (count() > std::numeric_limits<unsigned int>::max())
+Matrix::Matrix(unsigned int rows, unsigned int cols) : mRows(rows), mCols(cols) {
+    const std::size_t count = std::size_t{rows} * cols;
+    if (count > std::numeric_limits<unsigned int>::max())
         throw std::bad_array_new_length();
-    mOutside = std::make_unique<double[]>(count());
+    if (count > mInside.size())
+        mOutside.resize(count);
 }
 
 void Matrix::fill(double value) {
     std::fill(begin(), end(), value);
-}
-
-/// Copies elements that lie outside into new storage.
-void Matrix::copyOutside(const Matrix& other) {
-    std::unique_ptr<double[]> copies(new double[other.count()]);
-    std::copy(other.begin(), other.end(), copies.get());
-    mOutside = std::move(copies);
-}
-
-/// Assigns where elements lie outside on at least one side. Storage of the same size is kept.
-void Matrix::assignOutside(const Matrix& other) {
-    if (mOutside != nullptr && count() == other.count()) {
-        std::copy(other.begin(), other.end(), begin());
-    } else if (other.mOutside != nullptr) {
-        copyOutside(other);
-    } else {
-        mOutside.reset();
-        std::memcpy(mInside, other.mInside, sizeof mInside);
-    }
 }
 
 void Matrix::throwOutOfRange(unsigned int row, unsigned int col) const {

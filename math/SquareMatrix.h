@@ -16,9 +16,9 @@ public:
     explicit SquareMatrix(unsigned int n) : Matrix(n, n) {}
 
     /// The inverse. Throws `std::domain_error`, naming the size, for a matrix that is singular to working precision
-    /// (a pivot below n times the machine epsilon times the largest pivot), holds a NaN, has an inverse beyond the
-    /// largest double, or was given another shape through a `Matrix&`; `std::invalid_argument` for a method that is no
-    /// enumerator.
+    /// (a pivot below n times the machine epsilon times the largest pivot), that contains a NaN, whose inverse exceeds
+    /// the largest double, or that was assigned another shape through a `Matrix&`; `std::invalid_argument` if @p method
+    /// is not a valid enumerator.
     SquareMatrix invert(const Matrix::InversionMethod& method) const;
 };
 

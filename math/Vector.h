@@ -18,7 +18,7 @@ public:
     Vector() noexcept = default;
     /// @p n zeros.
     explicit Vector(unsigned int n) : Matrix(n, 1) {}
-    /// The vector of the elements given, for instance `Vector::of(x, y)`.
+    /// The vector of the given elements, for instance `Vector::of(x, y)`.
     template <typename... Values, typename = std::enable_if_t<(std::is_arithmetic_v<Values> && ...)>>
     static Vector of(Values... values) {
         Vector vector(sizeof...(Values));
@@ -26,7 +26,7 @@ public:
         ((*element++ = static_cast<double>(values)), ...);
         return vector;
     }
-    /// The vector of the @p n elements from @p first on, for instance of a part of another vector.
+    /// The @p n elements from @p first on, for instance a part of another vector.
     static Vector of(const double* first, unsigned int n) {
         Vector vector(n);
         std::copy_n(first, n, vector.data());
@@ -36,7 +36,7 @@ public:
     /// Element @p i, counted from 0 and not checked; writable also through a const vector.
     double& operator[](unsigned int i) const { return elements()[i]; }
 
-    // Final, so that compilers see through calls on a vector.
+    // Final, so that compilers can inline calls on a vector.
     unsigned int dimension() const final { return rows() * cols(); }
 };
 

@@ -4,6 +4,11 @@
 
 namespace tarvos::math {
 
-using Vector2 = FixedVector<2>;
+/// A vector of 2 doubles.
+/// @ingroup math
+class Vector2 : public FixedVector<2> {
+public:
+    using FixedVector::FixedVector;
+};
 
 }  // namespace tarvos::math

@@ -4,6 +4,11 @@
 
 namespace tarvos::math {
 
-using Vector4 = FixedVector<4>;
+/// A vector of 4 doubles.
+/// @ingroup math
+class Vector4 : public FixedVector<4> {
+public:
+    using FixedVector::FixedVector;
+};
 
 }  // namespace tarvos::math

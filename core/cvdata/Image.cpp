@@ -1,13 +1,15 @@
 #include "core/cvdata/Image.h"
 
 #include "core/Contract.h"
+#include "core/Report.h"
 #include "core/cvdata/ImageFile.h"
+#include "core/cvdata/MatView.h"
 
 #include <opencv2/core/core_c.h>
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
+#include <iostream>
 #include <limits>
 #include <new>
 #include <tuple>
@@ -19,71 +21,57 @@ namespace {
 
 constexpr std::int32_t DEFAULT_ALIGN = 4;
 constexpr std::int64_t MAX_INT = std::numeric_limits<std::int32_t>::max();
+/// Rows of a view into a wider image have at least this much padding; OpenCV aligns rows to 8 bytes at most.
+constexpr std::int64_t MIN_VIEW_PADDING = 8;
 
-struct DepthCode {
-    Image::BitsPerChannel bits;
-    int opencvDepth;
-};
+constexpr Image::BitsPerChannel DEPTHS[] = {Image::BITS_8U, Image::BITS_16U, Image::BITS_32F, Image::BITS_64F,
+                                            Image::BITS_8S, Image::BITS_16S, Image::BITS_32S};
 
-constexpr DepthCode DEPTH_CODES[] = {
-    {Image::BITS_8U, IPL_DEPTH_8U},
-    {Image::BITS_16U, IPL_DEPTH_16U},
-    {Image::BITS_32F, IPL_DEPTH_32F},
-    {Image::BITS_64F, IPL_DEPTH_64F},
-    {Image::BITS_8S, static_cast<int>(IPL_DEPTH_8S)},
-    {Image::BITS_16S, static_cast<int>(IPL_DEPTH_16S)},
-    {Image::BITS_32S, static_cast<int>(IPL_DEPTH_32S)},
-};
-
-/// The depth with the given value in @p field, or null.
-template <typename Field>
-const DepthCode* findDepth(Field DepthCode::*field, Field value) {
-    const auto* found = std::find_if(std::begin(DEPTH_CODES), std::end(DEPTH_CODES),
-                                     [=](const DepthCode& depth) { return depth.*field == value; });
-    return found == std::end(DEPTH_CODES) ? nullptr : found;
+/// OpenCV's depth code: the number of bits and a flag for signed integers.
+int toOpencvDepth(Image::BitsPerChannel bits) {
+    return bits < 0 ? static_cast<int>(IPL_DEPTH_SIGN | static_cast<unsigned int>(-bits)) : bits;
 }
 
-/// How many bytes lie behind @p image's pixels at least. What fills up the last row does not count: in a view into a
-/// larger image it may lie outside the allocation.
-std::int64_t readableBytes(const IplImage& image) {
-    const std::int64_t row = std::int64_t{image.width} * image.nChannels * (image.depth & 0xFF) / 8;
-    return image.height > 0 ? (std::int64_t{image.height} - 1) * image.widthStep + row : 0;
+/// Writes the line, but throws nothing where the application lets std::cerr throw.
+void reportFailure(const std::string& line) {
+    try {
+        report(std::cerr, line);
+    } catch (const std::ios_base::failure&) {
+    }
 }
 
 }  // namespace
 
-bool Image::Description::operator==(const Description& other) const {
-    const auto fields = [](const Description& d) {
-        return std::tie(d.width, d.height, d.channels, d.nofChannels, d.bits, d.align, d.widthStep);
-    };
-    return fields(*this) == fields(other);
+bool Image::Description::hasGeometryOf(const Description& other) const {
+    const auto geometry = [](const Description& d) { return std::tie(d.width, d.height, d.channels, d.bits, d.align); };
+    return geometry(*this) == geometry(other);
 }
 
 std::int64_t Image::Description::bytesPerRow() const {
     return std::int64_t{width} * nofChannels * std::abs(bits) / 8;
 }
 
-/// How far into the buffer the pixels reach. Of a single row OpenCV describes the pixels, whatever the stride.
-std::int64_t Image::Description::reach() const {
+/// OpenCV describes a single row without padding, whatever the stride.
+std::int64_t Image::Description::bytesSpanned() const {
     return height == 1 ? bytesPerRow() : widthStep * height;
 }
 
-/// The fill is counted in channel values, not in bytes: rows of more than 8 bits a value need not end on a multiple
+/// The padding is counted in channel values, not in bytes: rows of more than 8 bits a value need not end on a multiple
 /// of the alignment.
-Image::Description Image::Description::laidOutByRule() const {
+Image::Description Image::Description::withComputedStride() const {
     const std::int64_t values = std::int64_t{width} * nofChannels;
-    Description laidOut = *this;
-    laidOut.widthStep = bytesPerRow() + (align > 0 ? (align - values % align) % align : 0);
-    return laidOut;
+    Description computed = *this;
+    computed.widthStep = bytesPerRow() + (align > 0 ? (align - values % align) % align : 0);
+    return computed;
 }
 
-/// Whether an OpenCV header can count the pixels.
-bool Image::Description::isPossible() const {
+bool Image::Description::fitsHeader() const {
     return width >= 0 && height >= 0 && widthStep >= 0 && widthStep <= MAX_INT && widthStep * height <= MAX_INT;
 }
 
 void Image::HeaderRelease::operator()(IplImage* header) const noexcept {
-    cvReleaseImageHeader(&header);
+    cvResetImageROI(header);
+    delete header;
 }
 
 Image::Image() noexcept : TimedData(REPR_IMAGE) {}
@@ -95,7 +83,10 @@ Image::Image(int width, int height, ColorChannels channels, BitsPerChannel bits)
 }
 
 Image::Image(const Description& description) : TimedData(REPR_IMAGE), mDescription(description) {
-    allocate();
+    if (!description.fitsHeader())
+        throw std::bad_array_new_length();
+    mImageSize = static_cast<std::uint32_t>(description.widthStep * description.height);
+    mImageBuffer.reset(new unsigned char[mImageSize]);
     updateOpencvHeader();
 }
 
@@ -103,25 +94,31 @@ Image::Image(const IplImage* image) : TimedData(REPR_IMAGE) {
     TARVOS_REQUIRE((image != NULL) && "Image: there is no header to copy.");
     TARVOS_REQUIRE((image->nChannels == 1) || (image->nChannels == 3) || (image->nChannels == 4));
     TARVOS_REQUIRE((image->imageData != NULL) && "Image: the header has no pixels.");
-    copyFromHeader(image, readableBytes(*image));
+    copyFromHeader(image);
 }
 
 Image::Image(std::string path) : TimedData(REPR_IMAGE) {
-    const auto makeRows = [](void* loaded, int width, int height, imagefiles::Rows* rows) {
-        try {
-            auto& image = *static_cast<Image*>(loaded);
-            image = Image(width, height, CHANNELS_BGR, BITS_8U);
-            *rows = {image.mImageBuffer.get(), static_cast<std::size_t>(image.mDescription.widthStep)};
-            return imagefiles::Outcome::DONE;
-        } catch (const std::bad_array_new_length&) {
-            return imagefiles::Outcome::FAILED;  // larger than an image can be
-        } catch (const std::bad_alloc&) {
-            return imagefiles::Outcome::NO_MEMORY;
-        }
-    };
-    Image loaded;
-    if (readImageFile(path, makeRows, &loaded))
-        swapPixels(loaded);
+    const cv::Mat pixels = readImageFile(path);
+    Description loaded;
+    loaded.width = pixels.cols;
+    loaded.height = pixels.rows;
+    loaded.channels = CHANNELS_BGR;
+    loaded = loaded.withComputedStride();
+    if (pixels.empty() || pixels.type() != CV_8UC3 || !loaded.fitsHeader()) {
+        reportFailure("ERROR: Could not load image: " + path);
+        return;
+    }
+    const auto step = static_cast<std::int64_t>(pixels.step[0]);
+    if (step == loaded.widthStep) {  // nearly always: keeps what was decoded
+        mDescription = loaded;
+        mImageBuffer = {std::make_shared<cv::Mat>(pixels), pixels.data};
+        mImageSize = static_cast<std::uint32_t>(step * loaded.height);
+        updateOpencvHeader();
+    } else {
+        Image rows(loaded);
+        rows.copyRows(pixels.data, step, step * loaded.height);
+        swapPixels(rows);
+    }
 }
 
 Image::Image(const Image& image) : TimedData(REPR_IMAGE) {
@@ -130,10 +127,10 @@ Image::Image(const Image& image) : TimedData(REPR_IMAGE) {
     TARVOS_REQUIRE((image.iplImage()->nChannels == 1) || (image.iplImage()->nChannels == 3) ||
                    (image.iplImage()->nChannels == 4));
     const IplImage* header = image.iplImage();
-    const bool ownsPixels = header->imageData == reinterpret_cast<const char*>(image.mImageBuffer.get());
-    TARVOS_REQUIRE((!ownsPixels || readableBytes(*header) <= std::int64_t{image.mImageSize}) &&
+    TARVOS_REQUIRE((header->imageData != reinterpret_cast<const char*>(image.imageBuffer()) ||
+                    std::int64_t{header->widthStep} * header->height <= std::int64_t{image.mImageSize}) &&
                    "Image: the source's description and its pixels are out of step.");
-    copyFromHeader(header, ownsPixels ? std::int64_t{image.mImageSize} : readableBytes(*header));
+    copyFromHeader(header);
 }
 
 Image::Image(Image&& image) noexcept : TimedData(image) {
@@ -150,39 +147,31 @@ Image* Image::clone() const {
 Image& Image::operator=(const Image& image) {
     if (this == &image)
         return *this;
-    if (image.empty()) {
-        Image nothing;
-        swapPixels(nothing);
-        return *this;
-    }
-    TARVOS_REQUIRE(image.isInStep() && "Image: the source's description and its pixels are out of step.");
-    const Description wanted = image.mDescription.laidOutByRule();
-    if (!isLaidOut(wanted)) {
+    TARVOS_REQUIRE(image.isInBuffer() && "Image: the source's description and its pixels are out of step.");
+    const Description wanted = image.mDescription.withComputedStride();
+    if (!mDescription.hasGeometryOf(wanted) || wanted.widthStep * wanted.height > std::int64_t{mImageSize}) {
         Image fresh(wanted);
         swapPixels(fresh);
+    } else {
+        mDescription = wanted;
+        if (mIplImage != nullptr && !isHeaderInStep())
+            updateOpencvHeader();
     }
-    copyRows(image.mImageBuffer.get(), image.mDescription.widthStep, std::int64_t{image.mImageSize});
+    copyRows(image.imageBuffer(), image.mDescription.widthStep, std::int64_t{image.mImageSize});
     return *this;
 }
 
-Image& Image::operator=(Image&& image) {  // NOLINT(*-noexcept-move-*,*-exception-escape)
-    const Description wanted = image.mDescription.laidOutByRule();
-    if (this == &image || isLaidOut(wanted) || !image.isLaidOut(wanted))
-        return *this = static_cast<const Image&>(image);
-    Image taken;
-    taken.swapPixels(image);
-    swapPixels(taken);
-    cvResetImageROI(mIplImage.get());
-    return *this;
+unsigned char* Image::row(int y) const {
+    TARVOS_REQUIRE((y >= 0 && y < height() && isInBuffer()) && "Image: there is no such row.");
+    return imageBuffer() + y * mDescription.widthStep;
 }
 
 bool Image::save(std::string path) const {
     const bool redFirst = mDescription.channels == CHANNELS_RGB || mDescription.channels == CHANNELS_RGBA;
-    if (mIplImage == nullptr)
-        return writeImageFile(path, nullptr, redFirst);
-    IplImage whole = *mIplImage;  // without the region of interest
-    whole.roi = nullptr;
-    return writeImageFile(path, &whole, redFirst);
+    if (!empty() && writeImageFile(path, matView(*this), redFirst))
+        return true;
+    reportFailure("ERROR: Could not save image: " + path);
+    return false;
 }
 
 void Image::setNofChannels(ColorChannels channels) {
@@ -213,50 +202,43 @@ void Image::setChannels(ColorChannels channels) {
 }
 
 void Image::updateOpencvHeader() {
-    const DepthCode* depth = findDepth(&DepthCode::bits, mDescription.bits);
-    if (depth == nullptr)
+    if (std::find(std::begin(DEPTHS), std::end(DEPTHS), mDescription.bits) == std::end(DEPTHS))
         TARVOS_REQUIRE(0 && "Image: This depth is not implemented!");
-    TARVOS_REQUIRE((mDescription.isPossible() && mDescription.reach() <= std::int64_t{mImageSize}) &&
+    TARVOS_REQUIRE((mDescription.fitsHeader() && mDescription.bytesSpanned() <= std::int64_t{mImageSize}) &&
                    "Image: the description does not fit the buffer.");
-    try {
-        IplImage header;  // made apart, so that an error leaves the image's own as it was
-        cvInitImageHeader(&header, cvSize(mDescription.width, mDescription.height), depth->opencvDepth,
-                          mDescription.nofChannels, IPL_ORIGIN_TL, DEFAULT_ALIGN);
-        cvSetData(&header, mImageBuffer.get(), static_cast<int>(mDescription.widthStep));
-        if (mIplImage == nullptr)
-            mIplImage.reset(cvCreateImageHeader(cvSize(0, 0), depth->opencvDepth, mDescription.nofChannels));
-        else
-            cvResetImageROI(mIplImage.get());
-        *mIplImage = header;
-    } catch (const cv::Exception& error) {
-        if (error.code == cv::Error::StsNoMem)
-            throw std::bad_alloc();
-        throw;
-    }
+    IplImage header;  // made apart, so that an error leaves the image's own unchanged
+    cvInitImageHeader(&header, cvSize(mDescription.width, mDescription.height), toOpencvDepth(mDescription.bits),
+                      mDescription.nofChannels, IPL_ORIGIN_TL, DEFAULT_ALIGN);
+    cvSetData(&header, mImageBuffer.get(), widthStep());
+    if (mIplImage == nullptr)
+        mIplImage.reset(new IplImage);
+    else
+        cvResetImageROI(mIplImage.get());
+    *mIplImage = header;
 }
 
 void Image::updateFromOpencvHeader(const IplImage* image) {
     TARVOS_REQUIRE((image != NULL) && "Image: there is no header to read.");
-    const DepthCode* depth = findDepth(&DepthCode::opencvDepth, image->depth);
-    if (depth == nullptr)
+    const auto* bits = std::find_if(std::begin(DEPTHS), std::end(DEPTHS),
+                                    [&](BitsPerChannel depth) { return toOpencvDepth(depth) == image->depth; });
+    if (bits == std::end(DEPTHS))
         TARVOS_REQUIRE(0 && "Image: This depth is not implemented!");
 
     ColorChannels channels = mDescription.channels;
     const char* sequence = image->channelSeq;
-    if (image->nChannels == 1) {
+    const bool startsWithBlueGreen = sequence[0] == 'B' && sequence[1] == 'G';
+    if (image->nChannels == 1)
         channels = CHANNELS_GRAY;
-    } else if (image->nChannels == 3) {
-        if (sequence[0] == 'B' && sequence[1] == 'G')
-            channels = CHANNELS_BGR;
-        else if (sequence[0] == 'R')
-            channels = CHANNELS_RGB;
-    } else if (image->nChannels == 4) {
-        channels = sequence[0] == 'B' && sequence[1] == 'G' && sequence[2] == 'R' ? CHANNELS_BGRA : CHANNELS_RGBA;
-    }
+    else if (image->nChannels == 3 && startsWithBlueGreen)
+        channels = CHANNELS_BGR;
+    else if (image->nChannels == 3 && sequence[0] == 'R')
+        channels = CHANNELS_RGB;
+    else if (image->nChannels == 4)
+        channels = startsWithBlueGreen && sequence[2] == 'R' ? CHANNELS_BGRA : CHANNELS_RGBA;
     setChannels(channels);
     mDescription.width = image->width;
     mDescription.height = image->height;
-    mDescription.bits = depth->bits;
+    mDescription.bits = *bits;
     mDescription.align = image->align;
     mDescription.widthStep = image->widthStep;
 }
@@ -265,69 +247,51 @@ void Image::resizeMemory(int width, int height) {
     Description wanted = mDescription;
     wanted.width = width;
     wanted.height = height;
-    Image resized(wanted.laidOutByRule());
+    Image resized(wanted.withComputedStride());
     swapPixels(resized);
 }
 
-/// Allocates the rows that the description lays out.
-void Image::allocate() {
-    if (!mDescription.isPossible())
-        throw std::bad_array_new_length();
-    const std::int64_t size = mDescription.widthStep * mDescription.height;
-    mImageBuffer.reset(new unsigned char[static_cast<std::size_t>(size)]);
-    mImageSize = static_cast<std::uint32_t>(size);
-}
-
-/// Makes this image, which is new, from a header with pixels, @p readable bytes of them.
-void Image::copyFromHeader(const IplImage* image, std::int64_t readable) {
-    mDescription.channels = CHANNELS_BGR;  // for a header that tells no known order
+/// Makes this image, which is new, from a header with pixels.
+void Image::copyFromHeader(const IplImage* image) {
+    mDescription.channels = CHANNELS_BGR;  // for a header with an unknown channel order
     updateFromOpencvHeader(image);
+    const std::int64_t step = mDescription.widthStep;
+    const std::int64_t padding = step - mDescription.bytesPerRow();
     // OpenCV rejects a stride that is too short, except for an image of one row.
-    if (mDescription.isPossible() && mDescription.widthStep < mDescription.bytesPerRow())
+    if (mDescription.fitsHeader() && padding < 0)
         CV_Error(cv::Error::BadStep, "The row stride is shorter than a row");
-    allocate();
-    updateOpencvHeader();
-    copyRows(reinterpret_cast<const unsigned char*>(image->imageData), mDescription.widthStep, readable);
+    Image copy(mDescription);
+    copy.copyRows(reinterpret_cast<const unsigned char*>(image->imageData), step,
+                  step * mDescription.height - (padding < MIN_VIEW_PADDING ? 0 : padding));
+    swapPixels(copy);
 }
 
-/// Copies the rows of an image of this one's size and depth: every byte of the buffer, @p readable ones, where the
-/// strides are the same. What then is left of this buffer becomes 0, also what it holds beyond the description.
+/// Copies the rows at @p source, where @p readable bytes may be read: every byte if the strides are equal, otherwise
+/// the pixels. The rest of the rows becomes 0.
 void Image::copyRows(const unsigned char* source, std::int64_t sourceStep, std::int64_t readable) {
-    unsigned char* next = mImageBuffer.get();  // behind what is written
-    const unsigned char* end = next + mImageSize;
-    const auto zeroTo = [&](const unsigned char* place) {
-        std::memset(next, 0, static_cast<std::size_t>(place - next));
+    const std::int64_t step = mDescription.widthStep;
+    const std::int64_t size = step * mDescription.height;
+    const auto copy = [](const unsigned char* from, std::int64_t count, unsigned char* to, std::int64_t room) {
+        std::fill(std::copy_n(from, count, to), to + room, static_cast<unsigned char>(0));
     };
-    if (sourceStep == mDescription.widthStep) {
-        const std::int64_t count = std::min(readable, std::int64_t{mImageSize});
-        std::memcpy(next, source, static_cast<std::size_t>(count));
-        next += count;
-    } else {
-        const std::int64_t rowBytes = mDescription.bytesPerRow();
-        for (int row = 0; row < mDescription.height; ++row) {
-            unsigned char* target = mImageBuffer.get() + row * mDescription.widthStep;
-            zeroTo(target);
-            std::memcpy(target, source + row * sourceStep, static_cast<std::size_t>(rowBytes));
-            next = target + rowBytes;
-        }
-    }
-    zeroTo(end);
+    if (sourceStep == step)
+        copy(source, std::clamp(readable, std::int64_t{0}, size), imageBuffer(), size);
+    else
+        for (std::int64_t row = 0; row < mDescription.height; ++row)
+            copy(source + row * sourceStep, mDescription.bytesPerRow(), imageBuffer() + row * step, step);
 }
 
-/// Whether the description and the header tell of the buffer.
-bool Image::isInStep() const {
-    const DepthCode* depth = findDepth(&DepthCode::bits, mDescription.bits);
-    return mIplImage != nullptr && mIplImage->imageData == reinterpret_cast<const char*>(mImageBuffer.get()) &&
-           mIplImage->width == mDescription.width && mIplImage->height == mDescription.height &&
-           mIplImage->nChannels == mDescription.nofChannels && depth != nullptr &&
-           mIplImage->depth == depth->opencvDepth && mDescription.isPossible() &&
-           (mDescription.bytesPerRow() <= mDescription.widthStep || mDescription.height == 1) &&
-           mDescription.reach() <= std::int64_t{mImageSize};
+/// Whether the rows lie in the buffer and do not overlap, as they may after the description alone was changed.
+bool Image::isInBuffer() const {
+    return mDescription.fitsHeader() && mDescription.bytesSpanned() <= std::int64_t{mImageSize} &&
+           (mDescription.height <= 1 || mDescription.bytesPerRow() <= mDescription.widthStep);
 }
 
-/// Whether the buffer holds what @p wanted describes, and the description and the header tell just that.
-bool Image::isLaidOut(const Description& wanted) const {
-    return mDescription == wanted && isInStep() && wanted.widthStep * wanted.height <= std::int64_t{mImageSize};
+bool Image::isHeaderInStep() const {
+    return mIplImage->imageData == reinterpret_cast<const char*>(imageBuffer()) && mIplImage->width == width() &&
+           mIplImage->height == height() && mIplImage->nChannels == mDescription.nofChannels &&
+           mIplImage->depth == toOpencvDepth(bitsPerChannel()) &&
+           std::int64_t{mIplImage->widthStep} * height() == mDescription.bytesSpanned();
 }
 
 void Image::swapPixels(Image& other) noexcept {

@@ -13,22 +13,23 @@ namespace tarvos::core::cvdata {
 /// An image that owns its pixels and keeps an OpenCV header over them.
 ///
 /// OpenCV's C functions take iplImage() and work on the image's own pixels, in place; `matView(image)` of MatView.h is
-/// a `cv::Mat` view of them for the C++ functions. imageBuffer() is the raw access. An image never adopts memory:
-/// building one from an OpenCV header, a file or another image copies the pixels.
+/// a `cv::Mat` view of them for the C++ functions. imageBuffer() and row() are the raw access. An image never adopts
+/// memory of the caller's: building one from an OpenCV header, a file or another image copies the pixels.
 ///
-/// The pixels lie in one buffer, rows widthStep apart, the channel values of a pixel side by side. In an image made
-/// from a size a row is `width * channels * bytes per value` bytes, plus `(4 - width * channels mod 4) mod 4` bytes
-/// of fill; an image made from a header or a copy takes the header's stride.
+/// The pixels lie in one buffer, rows widthStep() bytes apart, the channel values of a pixel side by side. In an image
+/// made from a size a row is `width * channels * bytes per value` bytes, plus `(4 - width * channels mod 4) mod 4`
+/// bytes of padding; an image made from a header or a copy takes the header's stride.
 ///
-/// Class invariant: an image is empty (no buffer, no header, 0 x 0), or row stride x rows = bytes allocated and the
-/// header describes the buffer as the accessors do. Of the operations under "Maintenance", setChannels,
-/// setNofChannels and updateFromOpencvHeader change the description alone; call resizeMemory or updateOpencvHeader
-/// next (which may describe less than the buffer). Until then assigning from the image stops the process, and no
-/// operation leaves the buffer.
+/// Class invariant: an image is 0 x 0 without buffer and header, or row stride x rows = bytes allocated and the header
+/// describes the buffer as the accessors do. Of the operations under "Maintenance", setChannels, setNofChannels and
+/// updateFromOpencvHeader change the description alone; call resizeMemory or updateOpencvHeader next (which may
+/// describe less than the buffer). Until then, assigning from an image whose description exceeds its buffer stops the
+/// process, and no operation reads or writes outside the buffer.
 ///
 /// Sizes that no image can have (a negative width or height, or more than 2^31 - 1 bytes, the most an OpenCV header
-/// counts) and a lack of memory, OpenCV's included, throw `std::bad_alloc` or a class derived from it. When an
-/// operation throws, its target is as it was.
+/// counts) and a lack of memory, in OpenCV's core too, throw `std::bad_alloc` or a class derived from it. When an
+/// operation throws, its target is unchanged. A lack of memory inside a codec is the codec's: the file may fail to
+/// load, or the process may end.
 ///
 /// @snippet image.cpp image
 /// @ingroup images
@@ -55,54 +56,53 @@ public:
         BITS_32S = -32
     };
 
-    /// An empty image: 0 x 0, CHANNELS_RGB, BITS_8U, neither buffer nor header.
+    // The constructors from a header and from a path convert implicitly, so that programs written for either compile.
+
+    /// An image of 0 x 0 pixels, CHANNELS_RGB, BITS_8U, with neither buffer nor header.
     Image() noexcept;
-    /// An image of @p width x @p height pixels that are not initialised. Stops the process when @p channels or @p
-    /// bits is no enumerator.
+    /// An image of @p width x @p height pixels that are not initialised. Stops the process when @p channels or @p bits
+    /// is not a valid enumerator.
     Image(int width, int height, ColorChannels channels, BitsPerChannel bits);
     /// A copy of the pixels that @p image describes, with its stride and alignment. Region of interest and origin are
-    /// not looked at. Three channels in an order other than "BGR" or "R.." are taken as CHANNELS_BGR. What fills up the
-    /// last row is not read, so that the header may be a view into a larger image; it is 0 here.
+    /// ignored. Three channels in an order other than "BG." or "R.." are taken as CHANNELS_BGR. Padding of 8 bytes or
+    /// more marks a view into a wider image: it is not read behind the last row, and is 0 there in the copy.
     ///
-    /// Stops the process when @p image or its data is null, or it has not 1, 3 or 4 channels or a depth outside
-    /// BitsPerChannel. Throws `cv::Exception` for a stride shorter than a row.
-    explicit Image(const IplImage* image);
-    /// The image in the file at @p path, as OpenCV decodes it to 8-bit CHANNELS_BGR, without regard to an EXIF
-    /// orientation. When that fails for whatever reason, the image is empty and "ERROR: Could not load image: " and the
-    /// path are written to standard error; for a damaged image, the decoder's own words may stand before that line.
-    /// Only regular files are opened. DICOM is not read: OpenCV's decoder of it ends the process where a file is
-    /// damaged. Throws nothing but `std::bad_alloc`.
+    /// Stops the process when @p image or its data is null, when it has not 1, 3 or 4 channels, or when its depth is
+    /// outside BitsPerChannel. Throws `cv::Exception` for a stride shorter than a row.
+    Image(const IplImage* image);
+    /// The image in the file at @p path as `cv::imread` decodes it to 8-bit CHANNELS_BGR, without regard to an EXIF
+    /// orientation. If that fails for whatever reason, the image is empty and "ERROR: Could not load image: " and the
+    /// path are written to standard error; for a damaged image, the decoder's own words may precede that line. Only
+    /// regular files are opened. DICOM is refused: OpenCV's decoder of it ends the process on a damaged file. Throws
+    /// nothing but `std::bad_alloc`.
     ///
-    /// The first image loaded or saved brings in the libraries behind OpenCV's codecs, some 50 ms once in a process.
-    explicit Image(std::string path);
-    /// A copy of the pixels of @p image and of what fills up its rows, described by its OpenCV header: the layout is
-    /// what the header's channel sequence says (OpenCV knows "BGR" and "BGRA", so CHANNELS_RGB becomes CHANNELS_BGR),
-    /// the alignment 4 or 8 as OpenCV found fit, the time stamp 0. Stops the process when @p image is empty.
+    /// The first load or save also loads OpenCV's codecs (about 50 ms). Do neither in the destructor of a global
+    /// object: OpenCV may be gone by then.
+    Image(std::string path);
+    /// A copy of the pixels of @p image, described by its OpenCV header: the layout is what the header's channel
+    /// sequence says (OpenCV knows "BGR" and "BGRA", so CHANNELS_RGB becomes CHANNELS_BGR), the alignment 4 or 8 as
+    /// OpenCV chose it, the time stamp 0. Stops the process when @p image has no header.
     Image(const Image& image);
-    /// The image @p image was, its time stamp, buffer and header included; @p image becomes empty.
+    /// Takes over the buffer, header and time stamp of @p image, which becomes empty.
     Image(Image&& image) noexcept;
     ~Image() override;
 
     /// A new image made from this image's header, owned by the caller; see `Image(const Image&)`. Stops the process
-    /// when this image is empty.
+    /// when this image has no header.
     virtual Image* clone() const;
 
     /// Channels of a pixel: 1, 3 or 4.
     virtual int nofChannels() const { return mDescription.nofChannels; }
 
-    /// Copies pixels, size, layout, depth and alignment; the time stamp stays. The buffer, its address and the header
-    /// with its region of interest are kept when the geometry is the same and a new buffer would be as large, so that
-    /// frames of one size are copied without an allocation. The stride becomes that of an image made from a size; when
-    /// it is the source's, every byte is copied, otherwise what fills up the rows is 0. Assigning an empty image makes
-    /// this one empty.
+    /// Copies pixels, size, layout, depth and alignment, from a temporary image too; the time stamp stays. The stride
+    /// becomes that of an image made from a size. Between images of equal size, layout, depth and alignment the buffer
+    /// stays if it is large enough, so that frames are copied without an allocation; if the strides are equal as well,
+    /// the header keeps its region of interest, and the padding is copied (otherwise it is 0). The header object always
+    /// stays.
     Image& operator=(const Image& image);
-    /// The same, so that pointers taken from before hold where they would hold after a copy. Where a copy would need a
-    /// new buffer, that of @p image is taken over, which becomes empty; otherwise @p image stays as it is.
-    Image& operator=(Image&& image);  // NOLINT(*-noexcept-move-*,*-exception-escape): it may need a new buffer
 
-    /// Whether there are neither buffer nor header: after the default constructor, a file that could not be loaded, or
-    /// when the pixels were taken over.
-    bool empty() const noexcept { return mImageBuffer == nullptr; }
+    /// Whether there are no pixels: width() or height() is 0.
+    bool empty() const noexcept { return mDescription.width == 0 || mDescription.height == 0; }
     /// Width in pixels.
     int width() const noexcept { return mDescription.width; }
     /// Height in pixels.
@@ -111,45 +111,48 @@ public:
     ColorChannels channels() const noexcept { return mDescription.channels; }
     /// Depth of a channel.
     BitsPerChannel bitsPerChannel() const noexcept { return mDescription.bits; }
-    /// The first pixel of the first row; null in an empty image. Changes only where the image is given another
-    /// geometry.
+    /// The row stride: bytes from the start of one row to the start of the next.
+    int widthStep() const noexcept { return static_cast<int>(mDescription.widthStep); }
+    /// The first pixel of the first row; null without a buffer. Changes only where the image gets another geometry.
     unsigned char* imageBuffer() const noexcept { return mImageBuffer.get(); }
-    /// The OpenCV header over the buffer, owned by the image; null in an empty image. Its row stride is `widthStep`:
-    /// for an image of one row, OpenCV states the row without its fill.
+    /// The first pixel of row @p y, counted from 0. Stops the process when there is no such row in the buffer.
+    unsigned char* row(int y) const;
+    /// The OpenCV header over the buffer, owned by the image; null without a buffer. Its row stride is widthStep(),
+    /// except that OpenCV states a single row without its padding.
     IplImage* iplImage() const noexcept { return mIplImage.get(); }
 
-    /// Writes the image to the file at @p path in the format of the path's ending (".png", ".jpg", ".bmp", ".tiff",
-    /// ".webp", ".ppm" and whatever else OpenCV encodes in memory), red and blue in their places whatever the layout. A
-    /// depth that the format lacks is converted to 8 bits, as OpenCV does. The file is written whole or not at all: it
-    /// replaces a regular file or a link of that name only when it is complete.
+    /// Writes the image to the file at @p path in the format of the path's ending: .png, .jpg, .jpeg, .jpe, .bmp, .dib,
+    /// .tif, .tiff, .webp, .pbm, .pgm, .ppm, .pnm, .pxm, .pam or .jp2. The layout is converted to the file's channel
+    /// order, a depth that the format lacks to 8 bits as OpenCV does. The file is written whole or not at all: it
+    /// replaces a regular file (keeping its permissions) or a link of that name only once it is complete.
     ///
-    /// False, with "ERROR: Could not save image: " and the path on standard error, when that cannot be done: an empty
-    /// image, an ending that says nothing, a full disk. Throws nothing but `std::bad_alloc`.
+    /// False, with "ERROR: Could not save image: " and the path on standard error, if that fails: an empty image, an
+    /// unknown ending, a full disk. Throws nothing but `std::bad_alloc`.
     bool save(std::string path) const;
 
     /// @name Maintenance
     /// @{
 
-    /// Sets the number of channels that @p channels implies, but not the layout. Stops the process when @p channels
-    /// is no enumerator.
+    /// Sets the number of channels that @p channels implies, but not the layout. Stops the process when @p channels is
+    /// not a valid enumerator.
     void setNofChannels(ColorChannels channels);
     /// Sets the layout and the number of channels, for instance after a conversion in place from BGR to RGB.
     void setChannels(ColorChannels channels);
-    /// Makes the header describe the buffer as the fields do, without a region of interest. Stops the process when that
-    /// would reach outside the buffer or a size is negative. A stride that OpenCV rejects, being shorter than a row, is
-    /// its `cv::Exception`, and the header is as it was.
+    /// Makes the header describe the buffer as the fields do, without a region of interest. Stops the process when the
+    /// description exceeds the buffer or a size is negative. A stride shorter than a row is OpenCV's `cv::Exception`,
+    /// and the header is unchanged.
     void updateOpencvHeader();
     /// Takes size, layout, depth, alignment and stride from @p image, but no pixels. An unknown channel order or
-    /// count leaves the layout as it was. Stops the process when @p image is null or its depth is outside
+    /// count leaves the layout unchanged. Stops the process when @p image is null or its depth is outside
     /// BitsPerChannel.
     void updateFromOpencvHeader(const IplImage* image);
-    /// Gives the image a new buffer for the new size, not initialised, also when the size stays.
+    /// Gives the image a new buffer for the new size, not initialised, even if the size stays the same.
     void resizeMemory(int width, int height);
 
     /// @}
 
 private:
-    /// How the pixels lie.
+    /// How the pixels are laid out.
     struct Description {
         int width = 0;
         int height = 0;
@@ -159,34 +162,33 @@ private:
         std::int32_t align = 4;
         std::int64_t widthStep = 0;
 
-        bool operator==(const Description& other) const;
+        bool hasGeometryOf(const Description& other) const;
         std::int64_t bytesPerRow() const;
-        std::int64_t reach() const;
-        Description laidOutByRule() const;
-        bool isPossible() const;
+        std::int64_t bytesSpanned() const;
+        Description withComputedStride() const;
+        bool fitsHeader() const;
     };
     struct HeaderRelease {
         void operator()(IplImage* header) const noexcept;
     };
 
-    std::uint32_t mImageSize = 0;
-    std::unique_ptr<unsigned char[]> mImageBuffer;
+    std::uint32_t mImageSize = 0;  ///< bytes allocated
+    std::shared_ptr<unsigned char[]> mImageBuffer;
     Description mDescription;
     std::unique_ptr<IplImage, HeaderRelease> mIplImage;
 
     explicit Image(const Description& description);
-    void allocate();
-    void copyFromHeader(const IplImage* image, std::int64_t readable);
+    void copyFromHeader(const IplImage* image);
     void copyRows(const unsigned char* source, std::int64_t sourceStep, std::int64_t readable);
-    bool isInStep() const;
-    bool isLaidOut(const Description& wanted) const;
+    bool isInBuffer() const;
+    bool isHeaderInStep() const;
 
 protected:
-    /// Exchanges everything but the time stamps. Each image keeps its header object where both have one, so that a
-    /// pointer taken from iplImage() stays good.
+    /// Exchanges everything but the time stamps. If both images have a header, each keeps its header object, so that
+    /// pointers from iplImage() stay valid.
     void swapPixels(Image& other) noexcept;
 
-    // The root's assignment is meant for callers who hold a CvData&; here it would only hide a mistake.
+    // The root's assignment is for callers who hold a CvData&; here it would only hide a mistake.
     using TimedData::operator=;
 };
 

@@ -1,176 +1,146 @@
 #include "core/cvdata/ImageFile.h"
 
-#include "core/RegularFile.h"
 #include "core/Report.h"
+#include "core/imagefiles/ImageCodecs.h"
 
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
+#include <cstring>
 #include <dlfcn.h>
-#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
 #include <iostream>
-#include <memory>
 #include <new>
-#include <stdexcept>
+#include <strings.h>
 #include <unistd.h>
-#include <vector>
 
 namespace tarvos::core::cvdata {
 
 namespace {
 
-using imagefiles::Outcome;
+namespace fs = std::filesystem;
+using imagefiles::ImageCodecs;
 
-/// The private module, opened on first use and kept open.
-class Module {
-public:
-    imagefiles::Decode* decode = nullptr;
-    imagefiles::Encode* encode = nullptr;
-
-    /// Throws `std::runtime_error` when it cannot be opened. The next call then tries again: descriptors may have been
-    /// scarce.
-    static const Module& instance() {
-        static const Module module;
-        return module;
-    }
-
-private:
-    Module() {
-        void* library = dlopen((ownDirectory() + "/" TARVOS_IMAGE_FILES).c_str(), RTLD_NOW | RTLD_LOCAL);
-        if (library != nullptr) {
-            decode = reinterpret_cast<imagefiles::Decode*>(dlsym(library, imagefiles::DECODE));
-            encode = reinterpret_cast<imagefiles::Encode*>(dlsym(library, imagefiles::ENCODE));
-        }
-        if (library == nullptr || decode == nullptr || encode == nullptr) {
-            const char* reason = dlerror();
-            throw std::runtime_error(reason != nullptr ? reason : "unknown error");
-        }
-    }
-
-    /// Where this library was loaded from: absolute, whatever the current directory was or is by now.
-    static std::string ownDirectory() {
-        Dl_info info{};
-        void* self = nullptr;
-        char directory[PATH_MAX] = "";
-        static const char address = 0;
-        if (dladdr1(&address, &info, &self, RTLD_DL_LINKMAP) == 0 || dlinfo(self, RTLD_DI_ORIGIN, directory) != 0)
-            throw std::runtime_error("the library cannot tell where it is");
-        return directory;
-    }
-};
-
-/// Does @p work with the module; reports @p complaint unless it succeeds. Why there is no module is said once.
-template <typename Work>
-bool succeeds(const std::string& complaint, Work work) {
-    std::string text = complaint + "\n";
-    try {
-        switch (work()) {
-            case Outcome::DONE:
-                return true;
-            case Outcome::NO_MEMORY:
-                throw std::bad_alloc();
-            case Outcome::FAILED:
-                break;
-        }
-    } catch (const std::runtime_error& error) {
-        static std::atomic_flag told = ATOMIC_FLAG_INIT;
-        if (!told.test_and_set())
-            text += std::string("ERROR: Image files can neither be loaded nor saved: ") + error.what() + "\n";
-    }
-    try {
-        report(std::cerr, text);
-    } catch (const std::ios_base::failure&) {
-        // The application has std::cerr throw, which is not for a constructor that promises not to.
-    }
-    return false;
+/// Opens the module beside this library: in the folder it was loaded from or, if that is a link, where the link leads.
+void* openModule() {
+    static const char inThisLibrary = 0;
+    Dl_info info{};
+    void* self = nullptr;
+    char origin[PATH_MAX] = "";
+    if (dladdr1(&inThisLibrary, &info, &self, RTLD_DL_LINKMAP) == 0 || dlinfo(self, RTLD_DI_ORIGIN, origin) != 0)
+        return nullptr;
+    const fs::path library = fs::path(origin) / fs::path(info.dli_fname).filename();
+    std::error_code ignored;
+    for (const fs::path& path : {library, fs::canonical(library, ignored)})
+        if (void* module = dlopen((path.parent_path() / TARVOS_IMAGE_FILES).c_str(), RTLD_NOW | RTLD_LOCAL))
+            return module;
+    return nullptr;
 }
 
-/// The bytes of a file, as far as it goes while it is read.
-struct Content {
-    std::unique_ptr<unsigned char[]> bytes;
-    std::size_t size;
-};
+// Neither is a function's static object: its guard would be held while the loader waits for a thread that loads an
+// image in a constructor. Two threads may both open the module, which is the same one then.
+std::atomic<const ImageCodecs*> openedCodecs{nullptr};
+std::atomic_flag reasonPrinted = ATOMIC_FLAG_INIT;
 
-/// Larger blocks the C library gives back in any case.
-constexpr std::size_t MOST_SPARE = std::size_t{32} << 20;
-
-/// None when the file cannot be read, is empty or is larger than OpenCV's decoders can be told.
-Content contentOf(const Descriptor& file, off_t size) {
-    if (size <= 0 || size > INT_MAX)
-        return {nullptr, 0};
-    // The GNU C library gives memory back to the system once twice its largest block lies free, which a file and an
-    // image of the same size come to; every image would then fault its pages in anew. What is spare is never touched.
-    const auto count = static_cast<std::size_t>(size);
-    Content content{std::unique_ptr<unsigned char[]>(new unsigned char[count + std::min(count, MOST_SPARE)]), 0};
-    const ssize_t got = readBytes(file.get(), content.bytes.get(), count);
-    content.size = got > 0 ? static_cast<std::size_t>(got) : 0;
-    return content;
+/// The module's functions. Without a module null, the reason for which is printed only once.
+const ImageCodecs* imageCodecs() {
+    const ImageCodecs* codecs = openedCodecs;
+    if (codecs != nullptr)
+        return codecs;
+    if (void* module = openModule())
+        codecs = static_cast<const ImageCodecs*>(dlsym(module, imagefiles::IMAGE_CODECS));
+    if (codecs == nullptr && !reasonPrinted.test_and_set()) {
+        const char* reason = dlerror();
+        report(std::cerr, std::string("ERROR: Image files can neither be loaded nor saved: ") +
+                              (reason != nullptr ? reason : "the module has no codecs"));
+    }
+    openedCodecs = codecs;
+    return codecs;
 }
 
-/// Writes a file beside @p path, which takes its name when it is complete, or is gone.
-bool replaceFile(const std::string& path, const unsigned char* bytes, std::size_t size) {
-    struct stat status {};
-    const bool exists = stat(path.c_str(), &status) == 0;
-    if (path.find('\0') != std::string::npos || (exists && !S_ISREG(status.st_mode)))
+/// Whether OpenCV may be given the file at @p path. A pipe would block; a damaged DICOM file ends the process.
+bool isReadable(const std::string& path) {
+    std::error_code ignored;
+    if (path.find('\0') != std::string::npos || !fs::is_regular_file(path, ignored))
+        return false;
+    std::ifstream file(path, std::ios::binary);
+    char head[132] = "";
+    file.read(head, sizeof head);
+    return file.is_open() && std::memcmp(head + 128, "DICM", 4) != 0;
+}
+
+/// Whether OpenCV encodes the format in memory. It writes others to a temporary file without noticing a full disk.
+bool isEncodedInMemory(const std::string& ending) {
+    static const char* const ENDINGS[] = {".png",  ".jpg", ".jpeg", ".jpe", ".bmp", ".dib", ".tif", ".tiff",
+                                          ".webp", ".pbm", ".pgm",  ".ppm", ".pnm", ".pxm", ".pam", ".jp2"};
+    return std::any_of(std::begin(ENDINGS), std::end(ENDINGS),
+                       [&](const char* known) { return strcasecmp(known, ending.c_str()) == 0; });
+}
+
+/// Writes a temporary file and renames it to @p path; removes it on failure.
+bool replaceFile(const fs::path& path, const std::vector<unsigned char>& bytes) {
+    std::error_code error;
+    const fs::file_status replaced = fs::status(path, error);
+    if (fs::exists(replaced) && !fs::is_regular_file(replaced))
         return false;
     static std::atomic<unsigned int> serial{0};
-    std::string part;
-    int opened = -1;
+    fs::path part;
+    std::FILE* file = nullptr;
     do {
-        part = path + "." + std::to_string(getpid()) + "-" + std::to_string(serial++) + ".part";
-        opened = open(part.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    } while (opened < 0 && errno == EEXIST);
-    Descriptor file(opened);
-    if (!file)
+        part = path.parent_path() / (".tarvos-" + std::to_string(getpid()) + "-" + std::to_string(serial++));
+        file = std::fopen(part.c_str(), "wbxe");
+    } while (file == nullptr && errno == EEXIST);
+    if (file == nullptr)
         return false;
-    if (writeBytes(file.get(), bytes, size) && (!exists || fchmod(file.get(), status.st_mode & 0777) == 0) &&
-        file.close() && std::rename(part.c_str(), path.c_str()) == 0)
+    const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    error.clear();
+    if (std::fclose(file) != 0 || !isWritten)
+        error = std::make_error_code(std::errc::io_error);
+    if (!error && fs::exists(replaced))
+        fs::permissions(part, replaced.permissions() & fs::perms::all, error);
+    if (!error)
+        fs::rename(part, path, error);
+    if (!error)
         return true;
-    unlink(part.c_str());
+    fs::remove(part, error);
     return false;
 }
 
-/// The ending of the last component of @p path, from its dot on.
-std::string endingOf(const std::string& path) {
-    const std::size_t dot = path.find_last_of("./");
-    return dot == std::string::npos || path[dot] == '/' ? "" : path.substr(dot);
+/// The result of @p work; an empty one if it fails, unless for lack of memory.
+template <typename Work>
+auto resultOf(Work work) -> decltype(work()) {
+    try {
+        return work();
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception&) {
+        return {};
+    }
 }
 
 }  // namespace
 
-bool readImageFile(const std::string& path, imagefiles::MakeRows* makeRows, void* image) {
-    return succeeds("ERROR: Could not load image: " + path, [&] {
-        struct stat status {};
-        if (!openRegularFile(path, status))
-            return Outcome::FAILED;
-        const Module& module = Module::instance();  // which may need the last descriptor there is
-        const Descriptor file = openRegularFile(path, status);
-        const Content content = file ? contentOf(file, status.st_size) : Content{};
-        if (content.size == 0)
-            return Outcome::FAILED;
-        return module.decode(file.get(), content.bytes.get(), content.size, makeRows, image);
-    });
+cv::Mat readImageFile(const std::string& path) {
+    const ImageCodecs* codecs = isReadable(path) ? imageCodecs() : nullptr;
+    return codecs != nullptr ? resultOf([&] { return codecs->read(path); }) : cv::Mat();
 }
 
-bool writeImageFile(const std::string& path, const IplImage* pixels, bool redFirst) {
-    return succeeds("ERROR: Could not save image: " + path, [&] {
-        struct Target {
-            const std::string& path;
-            bool written;
-        } target{path, false};
-        if (pixels == nullptr)
-            return Outcome::FAILED;
-        const Outcome outcome = Module::instance().encode(
-            pixels, redFirst, endingOf(path).c_str(),
-            [](void* taker, const unsigned char* bytes, std::size_t size) {
-                auto& to = *static_cast<Target*>(taker);
-                to.written = replaceFile(to.path, bytes, size);
-            },
-            &target);
-        return outcome != Outcome::DONE || target.written ? outcome : Outcome::FAILED;
+bool writeImageFile(const std::string& path, const cv::Mat& pixels, bool redFirst) {
+    const std::string ending = fs::path(path).extension();
+    const ImageCodecs* codecs = isEncodedInMemory(ending) ? imageCodecs() : nullptr;
+    if (codecs == nullptr || path.find('\0') != std::string::npos)
+        return false;
+    const std::vector<unsigned char> bytes = resultOf([&] {
+        cv::Mat blueFirst = pixels.isContinuous() && !redFirst ? pixels : pixels.clone();
+        const int exchange[] = {0, 2, 2, 0};
+        if (redFirst)
+            cv::mixChannels(&pixels, 1, &blueFirst, 1, exchange, 2);
+        return codecs->encode(blueFirst, ending);
     });
+    return !bytes.empty() && replaceFile(path, bytes);
 }
 
 }  // namespace tarvos::core::cvdata

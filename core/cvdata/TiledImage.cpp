@@ -7,7 +7,6 @@
 #include <cstddef>
 #include <limits>
 #include <new>
-#include <utility>
 
 namespace tarvos::core::cvdata {
 
@@ -32,28 +31,19 @@ TiledImage::TiledImage(std::size_t rows, std::size_t cols, std::size_t cellWidth
 
 TiledImage::TiledImage(const TiledImage& image) = default;
 
-TiledImage::TiledImage(TiledImage&& image) noexcept
-    : Image(std::move(image)),
-      mRows(std::exchange(image.mRows, 0)),
-      mCols(std::exchange(image.mCols, 0)),
-      mCellWidth(std::exchange(image.mCellWidth, 0)),
-      mCellHeight(std::exchange(image.mCellHeight, 0)) {}
+TiledImage::TiledImage(TiledImage&& image) noexcept = default;
 
 TiledImage::~TiledImage() = default;
 
 TiledImage& TiledImage::operator=(const TiledImage& image) {
-    return this == &image ? *this : *this = TiledImage(image);
-}
-
-TiledImage& TiledImage::operator=(TiledImage&& image) noexcept {
     if (this == &image)
         return *this;
-    TiledImage taken(std::move(image));
-    swapPixels(taken);
-    mRows = taken.mRows;
-    mCols = taken.mCols;
-    mCellWidth = taken.mCellWidth;
-    mCellHeight = taken.mCellHeight;
+    TiledImage copy(image);
+    swapPixels(copy);
+    mRows = image.mRows;
+    mCols = image.mCols;
+    mCellWidth = image.mCellWidth;
+    mCellHeight = image.mCellHeight;
     return *this;
 }
 

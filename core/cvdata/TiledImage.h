@@ -8,11 +8,11 @@ namespace tarvos::core::cvdata {
 
 /// A mosaic: an image laid out as a grid of equally large cells, into which images of exactly that size are copied.
 ///
-/// It is handed on as one Image; clone() gives a plain Image of the mosaic's pixels. A mosaic that was moved from is
-/// empty, without cells.
+/// It is used as one Image; clone() gives a plain Image of the mosaic's pixels. A mosaic that was moved from is empty
+/// and takes no cells.
 ///
-/// Class invariant: width() = columns x cell width and height() = rows x cell height. Through an `Image&` it can be
-/// broken; setCellImage then stops the process.
+/// Class invariant: width() = columns x cell width and height() = rows x cell height. Assigning or resizing through an
+/// `Image&` can break it; setCellImage then stops the process.
 ///
 /// @snippet image.cpp mosaic
 /// @ingroup images
@@ -23,22 +23,20 @@ public:
                Image::ColorChannels channels, Image::BitsPerChannel bits);
     /// A copy of grid and pixels; see `Image(const Image&)`.
     TiledImage(const TiledImage& image);
-    /// The mosaic @p image was; @p image becomes empty.
+    /// Takes over the buffer, header and time stamp of @p image, which becomes empty.
     TiledImage(TiledImage&& image) noexcept;
     ~TiledImage() override;
 
-    /// Copies grid, pixels, stride and alignment into a new buffer; the time stamp stays. Stops the process when @p
-    /// image is empty.
+    /// Copies grid, pixels, stride and alignment into a new buffer, from a temporary mosaic too; the time stamp and the
+    /// header object stay. Stops the process when @p image has no header.
     TiledImage& operator=(const TiledImage& image);
-    /// Takes grid and buffer over, unless @p image is this mosaic; it becomes empty. The time stamp stays.
-    TiledImage& operator=(TiledImage&& image) noexcept;
 
     /// Copies @p img, which the caller keeps, into the cell at (@p cellRow, @p cellCol), counted from 0. Afterwards
     /// the mosaic's header has no region of interest.
     ///
     /// Stops the process for an index out of range, a null image or one that is not of cell size. An image of another
-    /// depth or number of channels than the mosaic's is rejected by OpenCV with a `cv::Exception`; the mosaic is then
-    /// as it was.
+    /// depth or number of channels than the mosaic's is rejected by OpenCV with a `cv::Exception`; the mosaic's pixels
+    /// are then unchanged.
     void setCellImage(size_t cellRow, size_t cellCol, Image* img);
 
 protected:

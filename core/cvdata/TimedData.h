@@ -24,7 +24,7 @@ public:
     long getTimeStamp() const noexcept { return mTimeStamp; }
 
 protected:
-    // The root's assignment is meant for callers who hold a CvData&; here it would only hide a mistake.
+    // The root's assignment is for callers who hold a CvData&; here it would only hide a mistake.
     using CvData::operator=;
 
 private:

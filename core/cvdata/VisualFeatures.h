@@ -22,7 +22,7 @@ public:
     bool mFlag = false;
 
 protected:
-    // The root's assignment is meant for callers who hold a CvData&; here it would only hide a mistake.
+    // The root's assignment is for callers who hold a CvData&; here it would only hide a mistake.
     using CvData::operator=;
 };
 

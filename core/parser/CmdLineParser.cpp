@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <iomanip>
 #include <iostream>
 #include <utility>
 
@@ -12,26 +11,16 @@ namespace tarvos::core::parser {
 
 namespace {
 
-/// One field of the usage table: left-aligned, padded with blanks, never cut.
-struct Field {
-    std::string text;
-    int width;
-};
+constexpr int EXIT_STATUS = -255;
 
-std::ostream& operator<<(std::ostream& stream, const Field& field) {
-    return stream << std::left << std::setw(field.width) << field.text;
+/// A field of the usage table: padded with blanks on the right, never cut.
+std::string padded(std::string text, std::size_t width) {
+    text.resize(std::max(text.size(), width), ' ');
+    return text;
 }
 
-const char* yesNo(const std::string& value) {
+std::string yesNo(const std::string& value) {
     return value == "1" ? "true" : "false";
-}
-
-const char* mark(bool shown, const char* text) {
-    return shown ? text : "";
-}
-
-[[noreturn]] void endProcess() {
-    std::exit(-255);
 }
 
 }  // namespace
@@ -71,8 +60,8 @@ void CmdLineParser::parse() {
             if (option.name != name)
                 continue;
             if (i + 1 >= mArgc) {
-                report(std::cerr, "Warning: Option \"" + option.name + "\" requires an argument!! Value unchanged!!\n");
-                endProcess();
+                report(std::cerr, "Warning: Option \"" + option.name + "\" requires an argument!! Value unchanged!!");
+                std::exit(EXIT_STATUS);
             }
             option.value = mArgv[++i];
             option.setOnCommandLine = true;
@@ -81,14 +70,14 @@ void CmdLineParser::parse() {
 
     if (get<bool>("help")) {
         printUsage("");
-        endProcess();
+        std::exit(EXIT_STATUS);
     }
     const auto missing = std::find_if(mOptions.begin(), mOptions.end(),
                                       [](const t_arg& option) { return option.mandatory && !option.setOnCommandLine; });
     if (missing != mOptions.end()) {
-        report(std::cerr, "Warning: Option \"" + missing->name + "\" must be set!!\n");
+        report(std::cerr, "Warning: Option \"" + missing->name + "\" must be set!!");
         printUsage("");
-        endProcess();
+        std::exit(EXIT_STATUS);
     }
 }
 
@@ -97,48 +86,30 @@ std::string CmdLineParser::getValue(std::string name) const {
     return record != nullptr ? record->value : "";
 }
 
-bool CmdLineParser::getValueBool(std::string name) const {
-    return getValue(std::move(name)) == "1";
-}
-
-int CmdLineParser::getValueInt(std::string name) const {
-    return get<int>(std::move(name));
-}
-
-double CmdLineParser::getValueDouble(std::string name) const {
-    return get<double>(std::move(name));
-}
-
 bool CmdLineParser::isSet(std::string name) const {
     const t_arg* record = find(name);
     return record != nullptr && record->setOnCommandLine;
 }
 
-const std::vector<std::string>& CmdLineParser::unknownWords() const {
-    return mUnknownWords;
-}
-
 void CmdLineParser::printUsage(std::string extra) const {
-    // Built in a stream of its own, so that std::cerr keeps its formatting.
-    std::ostringstream table;
+    std::ostringstream table;  // its own, so that std::cerr keeps its formatting
     if (!mAppDescription.empty())
         table << mAppDescription << '\n';
     table << "Command line options:\n";
-    table << Field{"Option", 20} << Field{"Default", 20} << Field{"Current", 20} << Field{"Description", 20} << '\n';
-    table << std::string(80, '-') << '\n';
-    for (const t_arg& flag : mFlags) {
-        table << '-' << Field{flag.name, 16} << Field{mark(flag.setOnCommandLine, "(*)"), 3}
-              << Field{yesNo(flag.defaultValue), 20} << Field{yesNo(flag.value), 20} << Field{flag.description, 20}
+    for (const char* title : {"Option", "Default", "Current", "Description"})
+        table << padded(title, 20);
+    table << '\n' << std::string(80, '-') << '\n';
+    for (const t_arg& flag : mFlags)
+        table << '-' << padded(flag.name, 16) << padded(flag.setOnCommandLine ? "(*)" : "", 3)
+              << padded(yesNo(flag.defaultValue), 20) << padded(yesNo(flag.value), 20) << padded(flag.description, 20)
               << '\n';
-    }
-    for (const t_arg& option : mOptions) {
-        table << '-' << Field{option.name, 13} << Field{mark(option.mandatory, "(+)"), 3}
-              << Field{mark(option.setOnCommandLine, "(*)"), 3} << Field{option.defaultValue, 20}
-              << Field{option.value, 20} << Field{option.description, 20} << '\n';
-    }
-    table << "\n(+): mandatory argument\n(*): argument was set on commandline\n\n";
+    for (const t_arg& option : mOptions)
+        table << '-' << padded(option.name, 13) << padded(option.mandatory ? "(+)" : "", 3)
+              << padded(option.setOnCommandLine ? "(*)" : "", 3) << padded(option.defaultValue, 20)
+              << padded(option.value, 20) << padded(option.description, 20) << '\n';
+    table << "\n(+): mandatory argument\n(*): argument was set on commandline\n";
     if (!extra.empty())
-        table << extra << '\n';
+        table << '\n' << extra;
     report(std::cerr, table.str());
 }
 

@@ -2,9 +2,12 @@
 
 #include "../Export.h"
 
+#include <istream>
 #include <locale>
+#include <optional>
 #include <sstream>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace tarvos::core::parser {
@@ -14,8 +17,8 @@ namespace tarvos::core::parser {
 ///
 /// @snippet services.cpp parser
 ///
-/// The flag "help" is always there. Words that name nothing are ignored; unknownWords() has those that began with "-".
-/// A name registered twice makes two records: parse() serves both, the readers find the first, flags before options.
+/// The flag "help" is always registered. Words that match no name are ignored; unknownWords() has those that began with
+/// "-". A name registered twice makes two records: parse() sets both, the readers find the first, flags before options.
 /// @ingroup utilities
 class TARVOS_CORE_EXPORT CmdLineParser {
 public:
@@ -29,7 +32,7 @@ public:
         bool mandatory;            ///< options only
     };
 
-    /// Takes what `main` got. The arguments are not copied: keep them until parse() has run.
+    /// Takes main's argc and argv. The arguments are not copied: keep them until parse() has run.
     CmdLineParser(int argc, char** argv);
 
     /// The first line of the usage table.
@@ -39,29 +42,33 @@ public:
     /// Registers a flag.
     void addFlag(std::string name, std::string description);
 
-    /// Reads the command line. Ends the process with `exit(-255)` (status 1) after a warning when an option lacks its
-    /// value, after the usage table when help is asked for, and after both when a mandatory option is missing.
+    /// Reads the command line. Ends the process with `exit(-255)` (status 1) after a warning if an option lacks its
+    /// value, after the usage table if help is requested, and after both if a mandatory option is missing.
     void parse();
 
     /// The value as text; the default before parse(), empty for an unknown name.
     std::string getValue(std::string name) const;
     /// Whether the value is exactly "1".
-    bool getValueBool(std::string name) const;
+    bool getValueBool(std::string name) const { return getValue(name) == "1"; }
     /// The value as a whole number; see get().
-    int getValueInt(std::string name) const;
+    int getValueInt(std::string name) const { return get<int>(name); }
     /// The value as a number; see get().
-    double getValueDouble(std::string name) const;
+    double getValueDouble(std::string name) const { return get<double>(name); }
     /// The value as formatted extraction from a stream reads it, in the classic locale: leading blanks are skipped
-    /// and what follows the value is ignored ("12abc" gives 12). Text that is no T gives what extraction leaves, 0
-    /// for a number; use getValue() where bad input must be told from 0.
+    /// and what follows the value is ignored ("12abc" gives 12). For a number, text that is not one gives 0 and text
+    /// outside T's range gives the nearest limit; value() tells such input from a number.
     template <typename T>
     T get(std::string name) const;
+    /// The value if its whole text is a T, for instance `parser.value<int>("frames")`; otherwise, as for "12abc",
+    /// " 12", "1e99", "" and an unknown name, nothing. A `bool` is "1" or "0"; a string is always the whole text.
+    template <typename T>
+    std::optional<T> value(std::string name) const;
     /// Whether the name was given on the command line.
     bool isSet(std::string name) const;
 
-    /// The words, in order, that began with "-" when parse() ran and named neither a flag nor an option, for an
-    /// application that wants to reject them.
-    const std::vector<std::string>& unknownWords() const;
+    /// The words, in order, that began with "-" when parse() ran but matched neither a flag nor an option, for
+    /// applications that reject them.
+    const std::vector<std::string>& unknownWords() const { return mUnknownWords; }
 
     /// Writes the usage table to standard error, then @p extra on a line of its own unless it is empty.
     void printUsage(std::string extra) const;
@@ -84,6 +91,21 @@ T CmdLineParser::get(std::string name) const {
     text.imbue(std::locale::classic());
     text >> value;
     return value;
+}
+
+template <typename T>
+std::optional<T> CmdLineParser::value(std::string name) const {
+    const std::string whole = getValue(name);
+    if constexpr (std::is_same_v<T, std::string>)
+        return whole;
+    if (std::is_unsigned_v<T> && whole.find('-') != std::string::npos)
+        return std::nullopt;  // which extraction would wrap around
+    std::istringstream text(whole);
+    text.imbue(std::locale::classic());
+    T value{};
+    if (text >> std::noskipws >> value && text.peek() == std::istringstream::traits_type::eof())
+        return value;
+    return std::nullopt;
 }
 
 }  // namespace tarvos::core::parser

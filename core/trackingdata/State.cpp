@@ -3,6 +3,7 @@
 #include "core/Contract.h"
 
 #include <algorithm>
+#include <ostream>
 
 namespace tarvos::core {
 
@@ -14,12 +15,15 @@ constexpr int WHOLE = -1;
 }  // namespace
 
 State::State(const cvdata::Pose& pose, int maxOrder) : TrackingData(0.0), mPose(pose.clone()) {
+    TARVOS_REQUIRE((mPose != NULL) && "State: the pose's clone() returned null.");
     if (maxOrder > 1)
         mDerivatives.assign(static_cast<std::size_t>(maxOrder) - 1, math::Vector(static_cast<unsigned int>(poseDoF())));
     resetAll();
 }
 
-State::State(const State& other) : TrackingData(other), mPose(other.mPose->clone()), mDerivatives(other.mDerivatives) {}
+State::State(const State& other) : TrackingData(other), mPose(other.mPose->clone()), mDerivatives(other.mDerivatives) {
+    TARVOS_REQUIRE((mPose != NULL) && "State: the pose's clone() returned null.");
+}
 
 State::~State() = default;
 
@@ -29,10 +33,9 @@ State& State::operator=(const State& state) {
     TARVOS_REQUIRE(((this->poseDimension() == state.poseDimension()) &&
                     (this->stateIncDimension() == state.stateIncDimension())) &&
                    "ERROR: cannot assign states of different types!");
-    TARVOS_REQUIRE((mDerivatives.size() == state.mDerivatives.size()) &&
-                   "ERROR: cannot assign states of different types!");
     *mPose = *state.pose();
-    std::copy(state.mDerivatives.begin(), state.mDerivatives.end(), mDerivatives.begin());
+    std::copy_n(state.mDerivatives.begin(), std::min(mDerivatives.size(), state.mDerivatives.size()),
+                mDerivatives.begin());
     setTimeStamp(state.getTimeStamp());
     return *this;
 }
@@ -64,10 +67,9 @@ void State::getPoseData(math::Vector& poseData) const {
     mPose->getData(poseData);
 }
 
-void State::getStateData(math::Vector& stateData) const {
-    TARVOS_REQUIRE_UNSIGNED((stateDimension() == stateData.dimension()) &&
-                            "ERROR: finite state dimension does not match the input vector!");
-    pack(mPose->currentData(), stateData);
+const math::Vector& State::derivative(int order) const {
+    TARVOS_REQUIRE((order >= 1 && order < getMaxOrder()) && "State: there is no such derivative.");
+    return mDerivatives[static_cast<std::size_t>(order) - 1];
 }
 
 void State::setDataFromVector(const math::Vector& stateData, int order) {
@@ -76,16 +78,92 @@ void State::setDataFromVector(const math::Vector& stateData, int order) {
         const auto sdim = static_cast<unsigned int>(stateDimension());
         TARVOS_REQUIRE((sdim == stateData.dimension()) && "ERROR: state dimension does not match the input vector!");
         mPose->setData(math::Vector::of(stateData.data(), pdim));
-        unpackBlocks(stateData.data() + poseDimension());
+        unpackBlocks(stateData.data() + pdim);
         return;
     }
     TARVOS_REQUIRE((pdim == stateData.dimension()) && "ERROR: state dimension does not match the input vector!");
-    if (order == 0) {
+    TARVOS_REQUIRE((order <= getMaxOrder()) && "ERROR: too high AR order for this state!");
+    TARVOS_REQUIRE_UNSIGNED(mDerivatives.size() >= order);
+    if (order == 0)
         mPose->setData(stateData);
+    else
+        std::copy_n(stateData.begin(), std::min(pdim, block(order).dimension()), block(order).begin());
+}
+
+void State::setIncDataFromVector(const math::Vector& stateIncData, int order) {
+    const auto pdim = static_cast<unsigned int>(poseDoF());
+    if (order == WHOLE) {
+        const auto sdim = static_cast<unsigned int>(stateIncDimension());
+        TARVOS_REQUIRE((sdim == stateIncData.dimension()) &&
+                       "ERROR: incremental state dimension does not match the input vector!");
+        mPose->setIncData(math::Vector::of(stateIncData.data(), pdim));
+        unpackBlocks(stateIncData.data() + pdim);
         return;
     }
-    math::Vector& block = blockOf(order, __extension__ __PRETTY_FUNCTION__);
-    std::copy_n(stateData.data(), std::min(poseDimension(), poseDoF()), block.data());
+    TARVOS_REQUIRE((pdim == stateIncData.dimension()) &&
+                   "ERROR: incremental state dimension does not match the input vector!");
+    TARVOS_REQUIRE((order <= getMaxOrder()) && "ERROR: too high AR order for this state!");
+    TARVOS_REQUIRE_UNSIGNED(mDerivatives.size() >= order);
+    if (order == 0)
+        mPose->setIncData(stateIncData);
+    else
+        std::copy_n(stateIncData.begin(), std::min(pdim, block(order).dimension()), block(order).begin());
+}
+
+void State::getStateIncData(math::Vector& stateIncData, int order) const {
+    if (order == WHOLE) {
+        const auto sdim = static_cast<unsigned int>(stateIncDimension());
+        TARVOS_REQUIRE((sdim == stateIncData.dimension()) &&
+                       "ERROR: incremental state dimension does not match the input vector!");
+        pack(mPose->currentIncData(), stateIncData);
+        return;
+    }
+    const auto pdim = static_cast<unsigned int>(poseDoF());
+    TARVOS_REQUIRE((pdim == stateIncData.dimension()) &&
+                   "ERROR: incremental state dimension does not match the input vector!");
+    TARVOS_REQUIRE((order <= getMaxOrder()) && "ERROR: too high AR order for this state!");
+    TARVOS_REQUIRE_UNSIGNED(mDerivatives.size() >= order);
+    const math::Vector& part = order == 0 ? mPose->currentIncData() : derivative(order);
+    std::copy_n(part.begin(), std::min(pdim, part.dimension()), stateIncData.begin());
+}
+
+void State::getStateData(math::Vector& stateData) const {
+    TARVOS_REQUIRE_UNSIGNED((stateDimension() == stateData.dimension()) &&
+                            "ERROR: finite state dimension does not match the input vector!");
+    pack(mPose->currentData(), stateData);
+}
+
+int State::derivativesDimension() const {
+    unsigned int sum = 0;
+    for (const math::Vector& block : mDerivatives)
+        sum += block.dimension();
+    return static_cast<int>(sum);
+}
+
+/// Derivative block @p order, which the caller has checked.
+math::Vector& State::block(int order) {
+    return mDerivatives[static_cast<std::size_t>(order) - 1];
+}
+
+/// Writes the pose's part and all blocks one after the other.
+void State::pack(const math::Vector& posePart, math::Vector& packed) const {
+    double* next = std::copy(posePart.begin(), posePart.end(), packed.begin());
+    for (const math::Vector& block : mDerivatives)
+        next = std::copy(block.begin(), block.end(), next);
+}
+
+/// Fills all blocks from @p values, block after block.
+void State::unpackBlocks(const double* values) {
+    for (math::Vector& block : mDerivatives) {
+        std::copy_n(values, block.dimension(), block.begin());
+        values += block.dimension();
+    }
+}
+
+std::ostream& operator<<(std::ostream& stream, const State& state) {
+    math::Vector data(static_cast<unsigned int>(state.stateDimension()));
+    state.getStateData(data);
+    return stream << data;
 }
 
 }  // namespace tarvos::core

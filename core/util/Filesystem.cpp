@@ -1,14 +1,10 @@
 #include "core/util/Filesystem.h"
 
 #include "core/Exception.h"
-#include "core/RegularFile.h"
 
-#include <cerrno>
-#include <fcntl.h>
 #include <filesystem>
-#include <sys/sendfile.h>
+#include <fstream>
 #include <system_error>
-#include <unistd.h>
 
 namespace tarvos::core::util {
 
@@ -16,18 +12,18 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Such a name cannot be put to the system, which would take it for the name before the NUL byte.
-bool isName(const std::string& path) {
-    return path.find('\0') == std::string::npos;
+/// Such a name would be truncated at the NUL by the system.
+bool containsNul(const std::string& path) {
+    return path.find('\0') != std::string::npos;
 }
 
 void requireName(const std::string& path) {
-    if (!isName(path))
+    if (containsNul(path))
         throw fs::filesystem_error("a name with a NUL byte", path, std::make_error_code(std::errc::invalid_argument));
 }
 
-/// A relative path prefixed with the current directory.
-fs::path completed(const std::string& path) {
+/// An empty path stays empty.
+fs::path absolutePath(const std::string& path) {
     return path.empty() || fs::path(path).is_absolute() ? fs::path(path) : fs::current_path() / path;
 }
 
@@ -35,8 +31,7 @@ bool endsWith(const std::string& text, const std::string& ending) {
     return text.size() >= ending.size() && text.compare(text.size() - ending.size(), ending.size(), ending) == 0;
 }
 
-/// The directory that @p path names, without slashes at its end: behind a link they would stand for what the link
-/// points to.
+/// @p path without trailing slashes: behind a link they would denote what the link points to.
 fs::path withoutSlashes(std::string path) {
     while (!path.empty() && path.back() == '/')
         path.pop_back();
@@ -49,8 +44,8 @@ fs::path withoutSlashes(std::string path) {
 /// Calls @p visit with every entry of @p dir and its name.
 template <typename Visit>
 void forEachEntry(const std::string& dir, Visit visit) {
-    const fs::path path = completed(dir);
-    if (dir.empty() || !isName(dir) || !fs::exists(path))
+    const fs::path path = absolutePath(dir);
+    if (dir.empty() || containsNul(dir) || !fs::exists(path))
         throw Exception("\nNot found: " + path.native());
     if (!fs::is_directory(path))
         throw Exception("\n'" + dir + "' is a file, but must be a directory.");
@@ -66,32 +61,27 @@ void forEachEntry(const std::string& dir, Visit visit) {
     }
 }
 
-/// Copies what is left of @p from, in the kernel as far as that goes.
-bool copyContent(int from, int to) {
-    constexpr std::size_t MOST = std::size_t{1} << 30;
-    while (sendfile(to, from, nullptr, MOST) > 0) {
-    }
-    // Some files (in /proc, say) say nothing of their size or cannot be sent; at the end of others, nothing is read.
-    char chunk[1 << 16];
-    ssize_t count = 0;
-    while ((count = readBytes(from, chunk, sizeof chunk)) > 0)
-        if (!writeBytes(to, chunk, static_cast<std::size_t>(count)))
-            return false;
-    return count == 0;
-}
-
+/// Copies to a new file, which is removed if that fails; a file that was there before is never touched.
 void copyFile(const std::string& from, const std::string& to) {
+    requireName(from);
     requireName(to);
-    struct stat status {};
-    const Descriptor source = openRegularFile(from, status);
-    const mode_t permissions = status.st_mode & 0777;  // of set-user-id and its like nothing is copied
-    Descriptor target(source ? open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, permissions) : -1);
-    if (!target)
-        throw std::system_error(errno, std::generic_category());
-    if (!copyContent(source.get(), target.get()) || fchmod(target.get(), permissions) != 0 || !target.close()) {
-        const int error = errno;
-        unlink(to.c_str());
-        throw std::system_error(error, std::generic_category());
+    std::error_code error = std::make_error_code(std::errc::invalid_argument);
+    std::ifstream source(fs::is_regular_file(from) ? from : "", std::ios::binary);
+    if (!source.is_open() || fs::exists(fs::symlink_status(to)))
+        throw fs::filesystem_error("cannot copy", from, to, error);
+    fs::copy_file(from, to, error);
+    if (error == std::errc::file_exists)
+        throw fs::filesystem_error("cannot copy", from, to, error);
+    // GCC 12 copies nothing of a file in /proc, which states no size.
+    const bool isMissed = !error && fs::is_empty(to, error) && source.peek() != std::ifstream::traits_type::eof();
+    if (isMissed && !(std::ofstream(to, std::ios::binary) << source.rdbuf()).flush())
+        error = std::make_error_code(std::errc::io_error);
+    if (!error)  // without a set-user-id bit
+        fs::permissions(to, fs::status(from).permissions() & fs::perms::all, error);
+    if (error) {
+        std::error_code ignored;
+        fs::remove(to, ignored);
+        throw fs::filesystem_error("cannot copy", from, to, error);
     }
 }
 
@@ -104,12 +94,16 @@ bool Filesystem::mkdir(std::string path) {
 
 bool Filesystem::rm(std::string path) {
     try {
-        if (!isName(path))
+        if (containsNul(path))
             return true;
-        if (fs::is_directory(path))
+        if (fs::is_directory(path)) {
             fs::remove_all(withoutSlashes(path));
-        else
-            fs::remove(path);
+            return true;
+        }
+        std::error_code error;
+        fs::remove(path, error);
+        if (error && error != std::errc::not_a_directory)  // below a file there is nothing to remove
+            throw fs::filesystem_error("cannot remove", path, error);
     } catch (const std::exception& error) {
         throw Exception("Filesystem exception: rm(" + path + ") failed with " + error.what());
     }
@@ -117,7 +111,7 @@ bool Filesystem::rm(std::string path) {
 }
 
 bool Filesystem::exists(std::string path) {
-    return isName(path) && fs::exists(completed(path));
+    return !containsNul(path) && fs::exists(absolutePath(path));
 }
 
 bool Filesystem::mv(std::string from, std::string to) {

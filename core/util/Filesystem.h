@@ -12,35 +12,34 @@ namespace tarvos::core::util {
 ///
 /// Errors come in two kinds. Exception, which also reports itself on standard error, is what rm, mv, cp and ls throw
 /// when the operation itself fails. The file system's own error, `std::filesystem::filesystem_error`, passes through
-/// with nothing printed: from mkdir and exists, from mv and cp when it cannot be told whether the target exists
-/// afterwards, and from ls when the directory cannot be opened or read on. Nothing is undone after an error, but that a
-/// copy that failed is removed.
+/// with nothing printed: from mkdir and exists, from mv and cp when the final test for the target fails, and from ls
+/// when the directory cannot be opened or read on. No rollback on error, except that cp removes a partial copy.
 ///
-/// A name with a NUL byte inside names nothing: it does not exist, nothing is removed, nothing gets it.
+/// A name with a NUL byte names nothing: it does not exist, and nothing is created, moved or removed.
 ///
 /// @snippet services.cpp files
 /// @ingroup utilities
 class TARVOS_CORE_EXPORT Filesystem {
 public:
-    /// Creates one directory. False when it was there already. Throws the file system's error, also when the parent
-    /// is missing or a file has that name.
+    /// Creates one directory. False if it exists already. Throws the file system's error, also when the parent is
+    /// missing or a file has that name.
     static bool mkdir(std::string path);
-    /// Removes a file, a link, or a directory with everything below it. Of a link to a directory only the link goes,
-    /// also when slashes follow its name, and so it is with links that are swapped in meanwhile. True, also when there
-    /// was nothing to remove. Throws Exception, also for a path that ends in "." or "..", of which nothing is removed.
+    /// Removes a file, a link, or a directory with everything below it. Symlinks are removed, never followed, even
+    /// with a slash after their name or when they are swapped in meanwhile. True, even if there was nothing to remove.
+    /// Throws Exception, also for a path that ends in "." or "..", of which nothing is removed.
     static bool rm(std::string path);
-    /// Whether there is anything at @p path, links followed. Throws the file system's error when it cannot be told.
+    /// Whether there is anything at @p path, links followed. Throws the file system's error when that is unknown.
     static bool exists(std::string path);
     /// Renames @p from to @p to, replacing a file there as the file system does. True when @p to exists afterwards.
-    /// Throws Exception; the file system's error when the last cannot be told.
+    /// Throws Exception; the file system's error when the final test fails.
     static bool mv(std::string from, std::string to);
-    /// Copies one regular file, content and permissions (but no set-user-id), and never overwrites. True when @p to
-    /// exists afterwards. Throws Exception, at once for a pipe, a socket or a device, and leaves no part of a copy
-    /// behind; the file system's error when it cannot be told whether @p to exists.
+    /// Copies one regular file, content and permissions (but no set-user-id bit), and never overwrites. True when @p to
+    /// exists afterwards. Throws Exception, at once for a pipe, a socket or a device, and leaves no partial copy; the
+    /// file system's error when the final test fails.
     static bool cp(std::string from, std::string to);
-    /// Appends the names (not the paths) of what is in @p dir, in no particular order: directories, links followed,
-    /// to @p dirs, the rest to @p files. Throws Exception when @p dir is no directory or an entry cannot be examined;
-    /// the file system's error when the directory cannot be opened or read on. Names appended by then stay.
+    /// Appends the names (not the paths) of the entries of @p dir, in no particular order: directories, links followed,
+    /// to @p dirs, the rest to @p files. Throws Exception when @p dir is not a directory or an entry cannot be
+    /// examined; the file system's error when the directory cannot be opened or read on. Names appended by then remain.
     static void ls(std::string dir, std::vector<std::string>& files, std::vector<std::string>& dirs);
     /// The names of the regular files in @p dir, links followed, that end in @p ext, in no particular order. The ending
     /// is compared byte by byte: both ".png" and "png" find "a.png", an empty one every file. Errors as above.

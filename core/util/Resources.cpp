@@ -14,11 +14,7 @@ namespace {
 
 constexpr const char* MARKER = "DATA_DIR_ID.txt";
 
-void say(const std::string& line) {
-    report(std::cerr, line + "\n");
-}
-
-/// The directories to look at, in order.
+/// The directories to search, in order.
 std::vector<std::string> dataDirCandidates() {
     std::vector<std::string> candidates;
     const auto addFromEnvironment = [&](const char* variable) {
@@ -44,22 +40,18 @@ std::string searchDataDir() {
 
 Resources::Resources(std::string dataDirPath, std::string appName)
     : mDataDirPath(std::move(dataDirPath)), mAppName(std::move(appName)) {
-    say("Searching for data dir...");
+    report(std::cerr, "Searching for data dir...");
     if (!mDataDirPath.empty()) {
-        say("Using given default data dir location:" + mDataDirPath);
+        report(std::cerr, "Using given default data dir location:" + mDataDirPath);
         return;
     }
     mDataDirPath = searchDataDir();
     if (mDataDirPath.empty()) {
-        say("Data directory not found!");
+        report(std::cerr, "Data directory not found!");
         return;
     }
-    say("Data directory found at: " + mDataDirPath);
+    report(std::cerr, "Data directory found at: " + mDataDirPath);
     enterAppDir();
-}
-
-std::string Resources::getDataDirPath() const {
-    return mDataDirPath;
 }
 
 std::string Resources::findFile(std::string name) const {
@@ -73,7 +65,7 @@ void Resources::enterAppDir() {
     for (const std::string& candidate : {mDataDirPath + "tutorials/" + mAppName, mDataDirPath + mAppName}) {
         if (Filesystem::exists(candidate)) {
             mDataDirPath = candidate;
-            say("Found " + mAppName + " specific data directory at : " + candidate);
+            report(std::cerr, "Found " + mAppName + " specific data directory at : " + candidate);
             return;
         }
     }

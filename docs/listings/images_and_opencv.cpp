@@ -24,7 +24,7 @@ int main() {
     // From OpenCV to an image: the pixels are copied, here those of a part.
     Image copy = imageOf(pixels(cv::Rect(10, 10, 100, 80)));
 
-    // A conversion in place changes the order of the channels; say so.
+    // A conversion in place changes the order of the channels; set the layout.
     cv::cvtColor(pixels, pixels, cv::COLOR_BGR2RGB);
     image.setChannels(Image::CHANNELS_RGB);
     const bool lost =
@@ -35,7 +35,7 @@ int main() {
     Image last(100, 80, Image::CHANNELS_BGR, Image::BITS_8U);
     last = copy;
     const unsigned char* buffer = last.imageBuffer();
-    last = Image(copy);  // pointers taken before stay good, as in a copy
+    last = Image(copy);  // a copy too: pointers taken before stay valid
     std::vector<Image> history;
     history.push_back(std::move(copy));
     const bool kept = last.imageBuffer() == buffer && copy.empty();

@@ -39,7 +39,7 @@ cv::Mat maskOf(const cv::Rect& place) {
 /// A tracker that has seen a hand wander to the right for @p frames frames, 4 pixels each.
 struct Tracked {
     explicit Tracked(int frames) {
-        outputOf([&] { tracker = std::make_unique<Tracker>(2); });
+        captureStdout([&] { tracker = std::make_unique<Tracker>(2); });
         for (int i = 0; i < frames; ++i)
             see(scene(cv::Rect(40 + 4 * i, 90, 60, 40), SKIN));
     }
@@ -61,7 +61,7 @@ cv::Mat hueSaturationValue(const cv::Mat& pixels) {
 
 TEST(ColourModelTest, KnowsAnySkinAndLearnsTheColoursOfOneHand) {
     std::unique_ptr<SkinModel> skin;
-    outputOf([&] { skin = std::make_unique<SkinModel>(); });
+    captureStdout([&] { skin = std::make_unique<SkinModel>(); });
     const cv::Rect place(40, 90, 60, 40);
     const cv::Mat gloved = hueSaturationValue(scene(place, cv::Scalar(150, 200, 120)));
     cv::Mat mask;

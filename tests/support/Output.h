@@ -8,7 +8,7 @@
 
 /// What @p action writes to standard error.
 template <typename Action>
-std::string errorsOf(Action action) {
+std::string captureStderr(Action action) {
     testing::internal::CaptureStderr();
     action();
     return testing::internal::GetCapturedStderr();
@@ -16,7 +16,7 @@ std::string errorsOf(Action action) {
 
 /// What @p action writes to standard output.
 template <typename Action>
-std::string outputOf(Action action) {
+std::string captureStdout(Action action) {
     testing::internal::CaptureStdout();
     action();
     return testing::internal::GetCapturedStdout();

@@ -10,6 +10,7 @@ class TestPose : public tarvos::core::cvdata::Pose {
 public:
     using Vector = tarvos::math::Vector;
 
+    TestPose() = default;
     TestPose(int dimension, int dof) : Pose(dimension, dof) {}
     TestPose* clone() const override { return new TestPose(*this); }
     void setData(const Vector& data) override { *mData = data; }

@@ -23,7 +23,7 @@ public:
         /// Matrices 2 x 2, vector of 2.
         BlobInfo();
 
-        std::array<double, 5> mValues{};       ///< measures of the region, for instance a score or an elongation
+        double mValues[5] = {};                ///< measures of the region, for instance a score or an elongation
         std::int32_t mField1 = 0;              ///< for instance the label in a label image
         std::int32_t mField2 = 0;              ///< for instance the area in pixels
         std::array<std::int32_t, 4> mBlock{};  ///< for instance the box: x, y, width, height in pixels
@@ -36,17 +36,15 @@ public:
     Blobs();
     /// Copies the records, as assignment does; mFlag is false.
     Blobs(const Blobs& other);
-    /// The list @p other was, its mFlag included; @p other becomes empty.
+    /// Takes over the records and mFlag of @p other, which becomes empty.
     Blobs(Blobs&& other) noexcept;
     ~Blobs() override;
 
     /// The number of records.
     virtual std::size_t dimension() const;
-    /// Makes the list equal to @p other, all members of all records; mFlag stays. When it throws, this list is as it
-    /// was.
+    /// Copies all members of all records, from a temporary list too; mFlag stays. Records that remain keep their
+    /// addresses unless the list outgrows its capacity. When it throws, this list is unchanged.
     virtual Blobs& operator=(const Blobs& other);
-    /// Takes the records over, unless @p other is this list; it becomes empty. mFlag stays.
-    Blobs& operator=(Blobs&& other) noexcept;
 
     /// Appends one new record.
     void addBlob();

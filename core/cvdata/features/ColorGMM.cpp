@@ -42,6 +42,17 @@ Components deepCopy(const Components& components) {
 
 GM::GM(unsigned int dim) : mCovariance(dim), mCovarianceInverse(dim), mDim(dim), mMean(dim) {}
 
+GM& GM::operator=(const GM& other) {
+    GM copy(other);
+    std::swap(mCovariance, copy.mCovariance);
+    std::swap(mCovarianceInverse, copy.mCovarianceInverse);
+    std::swap(mMean, copy.mMean);
+    mDeterminant = other.mDeterminant;
+    mDim = other.mDim;
+    mWeight = other.mWeight;
+    return *this;
+}
+
 GM::~GM() = default;
 
 ColorGMM::ColorGMM(size_t nMixtures, size_t dim)
@@ -55,8 +66,7 @@ ColorGMM::ColorGMM(size_t nMixtures, size_t dim)
 ColorGMM::ColorGMM(const ColorGMM& other)
     : VisualFeatures(other.type()), mMixtures(deepCopy(other.mMixtures)), mEpsilon(other.mEpsilon) {}
 
-ColorGMM::ColorGMM(ColorGMM&& other) noexcept
-    : VisualFeatures(other), mMixtures(std::exchange(other.mMixtures, {})), mEpsilon(other.mEpsilon) {}
+ColorGMM::ColorGMM(ColorGMM&& other) noexcept = default;
 
 ColorGMM::~ColorGMM() = default;
 
@@ -65,26 +75,18 @@ std::size_t ColorGMM::dimension() const {
 }
 
 ColorGMM& ColorGMM::operator=(const ColorGMM& other) {
-    return this == &other ? *this : *this = ColorGMM(other);
-}
-
-ColorGMM& ColorGMM::operator=(ColorGMM&& other) noexcept {
-    if (this != &other) {
-        mMixtures = std::exchange(other.mMixtures, {});
-        mEpsilon = other.mEpsilon;
-    }
+    if (this == &other)
+        return *this;
+    setComponents(deepCopy(other.mMixtures));
+    mEpsilon = other.mEpsilon;
     return *this;
 }
 
-void ColorGMM::initSkinDistribution() {
-    Components components;
-    std::ostringstream text;
-    text.copyfmt(std::cout);
-    text.exceptions(std::ios_base::badbit);
-    text.width(0);
-    for (const SkinComponent& skin : SKIN_COMPONENTS) {
-        components.push_back(boost::shared_ptr<GM>(new GM(2)));
-        GM& component = *components.back();
+ColorGMM ColorGMM::skin() {
+    ColorGMM model(std::size(SKIN_COMPONENTS), 2);
+    for (std::size_t i = 0; i < model.dimension(); ++i) {
+        const SkinComponent& skin = SKIN_COMPONENTS[i];
+        GM& component = *model.mMixtures[i];
         for (unsigned int row = 0; row < 2; ++row)
             for (unsigned int col = 0; col < 2; ++col)
                 component.mCovariance(row, col) = skin.covariance[row][col];
@@ -92,18 +94,34 @@ void ColorGMM::initSkinDistribution() {
         std::copy(std::begin(skin.mean), std::end(skin.mean), component.mMean.begin());
         component.mWeight = skin.weight;
         component.mDeterminant = skin.determinant;
+    }
+    return model;
+}
 
-        text << "Values of mixture " + std::to_string(components.size()) + " set to:\n"
+void ColorGMM::initSkinDistribution() {
+    ColorGMM model = skin();
+    std::ostringstream text;
+    text.copyfmt(std::cout);
+    text.width(0);
+    text.exceptions(std::ios_base::badbit);  // for lack of memory
+    for (std::size_t i = 0; i < model.dimension(); ++i) {
+        const GM& component = *model.mMixtures[i];
+        text << "Values of mixture " + std::to_string(i + 1) + " set to:\n"
              << "Covariance:\n"
              << component.mCovariance << "\nCovariance Inverse:\n"
              << component.mCovarianceInverse << "\nMean:\n"
              << component.mMean << "\nWeight:\n"
              << component.mWeight << "\nDeterminant:\n"
              << component.mDeterminant << '\n'
-             << std::string(35, '*') << '\n';
+             << std::string(35, '*') << (i + 1 < model.dimension() ? "\n" : "");
     }
     report(std::cout, text.str());
-    mMixtures = std::move(components);
+    setComponents(std::move(model.mMixtures));
+}
+
+void ColorGMM::setComponents(std::vector<boost::shared_ptr<GM>> components) {
+    mMixtures.resize(components.size());
+    std::move(components.begin(), components.end(), mMixtures.begin());
 }
 
 }  // namespace tarvos::core::cvdata

@@ -17,10 +17,10 @@ class TARVOS_CORE_EXPORT GM {
 public:
     /// A component of dimension @p dim: mean, covariance and inverse zero, weight 1, determinant 0.
     explicit GM(unsigned int dim);
-    /// An independent copy of all fields.
+    /// A copy of all fields.
     GM(const GM& other) = default;
-    /// Copies all fields.
-    GM& operator=(const GM& other) = default;
+    /// Copies all fields. When it throws, this component is unchanged.
+    GM& operator=(const GM& other);
     virtual ~GM();
 
     math::SquareMatrix mCovariance;         ///< mDim x mDim
@@ -35,8 +35,8 @@ public:
 /// skin colour; evaluating the mixture is the tracker's business.
 ///
 /// Components are held through shared pointers, so that a user can keep one. Construction, copying and
-/// initSkinDistribution() give every slot a component of its own and never overwrite one: a component kept from
-/// before stays as it was.
+/// initSkinDistribution() give every slot a component of its own and never overwrite one: a component that a user keeps
+/// stays unchanged. Slots that remain keep their addresses unless the model outgrows its capacity.
 ///
 /// @snippet features.cpp mixture
 /// @ingroup features
@@ -45,33 +45,36 @@ public:
     /// @p nMixtures components of dimension @p dim. Stops the process when @p dim is above 4; throws
     /// `std::length_error` for more components than a vector can have (a negative number, say).
     ColorGMM(size_t nMixtures, size_t dim);
-    /// A deep copy; its mFlag is false. Stops the process when a user emptied a slot of @p other.
+    /// A deep copy; its mFlag is false. Stops the process if a slot of @p other is null.
     ColorGMM(const ColorGMM& other);
-    /// The model @p other was, its mFlag included; @p other has no components then.
+    /// Takes over the components, mEpsilon and mFlag of @p other, which then has no components.
     ColorGMM(ColorGMM&& other) noexcept;
     ~ColorGMM() override;
 
     /// The number of components.
     virtual std::size_t dimension() const;
-    /// A deep copy of the components and of mEpsilon; mFlag stays. Stops the process when a user emptied a slot of @p
-    /// other. When it throws, this model is as it was.
+    /// Copies the components deeply, and mEpsilon, from a temporary model too; mFlag stays. Stops the process if a slot
+    /// of @p other is null. When it throws, this model is unchanged.
     virtual ColorGMM& operator=(const ColorGMM& other);
-    /// Takes over the components and mEpsilon, unless @p other is this model; it has no components then. mFlag stays.
-    ColorGMM& operator=(ColorGMM&& other) noexcept;
 
-    /// Replaces the model by one of skin colour, two components over hue and saturation, and prints it to standard
-    /// output in one piece, with the stream's precision. When it throws, this model is as it was. The channels are
-    /// those of OpenCV's 8-bit HSV with red and blue exchanged (`cv::COLOR_RGB2HSV` applied to BGR pixels): skin lies
-    /// near hue 111 to 117 of 180 and saturation 112 to 115 of 255. Values and determinants are the constants of that
-    /// fitted model, in single precision.
+    /// A model of skin colour: two components over hue and saturation. The channels are those of OpenCV's 8-bit HSV
+    /// with red and blue exchanged (`cv::COLOR_RGB2HSV` applied to BGR pixels): skin lies near hue 111 to 117 of 180
+    /// and saturation 112 to 115 of 255. Values and determinants are the constants of that fitted model, in single
+    /// precision; the inverse covariances are computed.
+    static ColorGMM skin();
+    /// Replaces the components by those of skin() and prints them to standard output in a single write, with the
+    /// stream's precision. When it throws, this model is unchanged.
     void initSkinDistribution();
 
-    std::vector<boost::shared_ptr<GM>> mMixtures;  ///< component 1 at index 0; no slot may be empty
-    /// A small positive constant for the model's users, for instance the density under which a colour is no match.
+    std::vector<boost::shared_ptr<GM>> mMixtures;  ///< component 1 at index 0; no slot may be null
+    /// A small positive constant for the model's users, for instance the density below which a colour does not match.
     double mEpsilon;
 
 protected:
     using VisualFeatures::operator=;
+
+private:
+    void setComponents(std::vector<boost::shared_ptr<GM>> components);
 };
 
 }  // namespace tarvos::core::cvdata

@@ -2,8 +2,6 @@
 
 #include "core/Contract.h"
 
-#include <utility>
-
 namespace tarvos::core::cvdata {
 
 ColourHist2d::ColourHist2d(unsigned char bins1, unsigned char bins2, unsigned char bins3)
@@ -19,9 +17,7 @@ ColourHist2d::ColourHist2d(const ColourHist2d& other)
       mBins3(other.mBins3),
       mPlaneBins(other.mPlaneBins) {}
 
-ColourHist2d::ColourHist2d(ColourHist2d&& other) noexcept : VisualFeatures(other) {
-    *this = std::move(other);
-}
+ColourHist2d::ColourHist2d(ColourHist2d&& other) noexcept = default;
 
 ColourHist2d::~ColourHist2d() = default;
 
@@ -29,21 +25,11 @@ ColourHist2d& ColourHist2d::operator=(const ColourHist2d& other) {
     if (this == &other)
         return *this;
     if (mColourHistData == nullptr)
-        return *this = ColourHist2d(other);
-    data() = other.data();
+        mColourHistData = std::make_unique<math::Vector>(other.data());
+    else
+        data() = other.data();
     other.getBins(&mBins1, &mBins2, &mBins3);
     mPlaneBins = std::uint32_t{mBins1} * mBins2;
-    return *this;
-}
-
-ColourHist2d& ColourHist2d::operator=(ColourHist2d&& other) noexcept {
-    if (this != &other) {
-        mColourHistData = std::move(other.mColourHistData);
-        mBins1 = std::exchange(other.mBins1, static_cast<unsigned char>(0));
-        mBins2 = std::exchange(other.mBins2, static_cast<unsigned char>(0));
-        mBins3 = std::exchange(other.mBins3, static_cast<unsigned char>(0));
-        mPlaneBins = std::exchange(other.mPlaneBins, 0U);
-    }
     return *this;
 }
 

@@ -12,10 +12,10 @@ namespace tarvos::core::cvdata {
 /// doubles, and its shape.
 ///
 /// What colour an entry stands for is the application's choice; bins1 x bins2 entries make a plane. A new histogram,
-/// and one that was given another shape, is zero.
+/// and one whose shape was changed, is zero.
 ///
 /// Class invariant: the vector has getBinsTotal() elements. Only an assignment to data() can break it. A histogram that
-/// was moved from has no bins and no vector until it is assigned to or given bins.
+/// was moved from has no vector until it is assigned to or gets one by setBins().
 ///
 /// @snippet features.cpp histogram
 /// @ingroup features
@@ -25,20 +25,19 @@ public:
     ColourHist2d(unsigned char bins1, unsigned char bins2, unsigned char bins3);
     /// A deep copy; its mFlag is false.
     ColourHist2d(const ColourHist2d& other);
-    /// The histogram @p other was, its mFlag included.
+    /// Takes over the entries of @p other, and has its shape and mFlag; @p other then has no vector.
     ColourHist2d(ColourHist2d&& other) noexcept;
     ~ColourHist2d() override;
 
-    /// A deep copy of shape and entries; mFlag stays. Stops the process when @p other was moved from.
+    /// Copies shape and entries, from a temporary histogram too; mFlag stays. Stops the process when @p other was moved
+    /// from.
     virtual ColourHist2d& operator=(const ColourHist2d& other);
-    /// Takes shape and entries over, unless @p other is this histogram; mFlag stays.
-    ColourHist2d& operator=(ColourHist2d&& other) noexcept;
     /// The number of entries: bins1 x bins2 x bins3.
     virtual unsigned int getBinsTotal() const;
     /// Writes the numbers of bins; null pointers are skipped.
     virtual void getBins(unsigned char* bins1, unsigned char* bins2, unsigned char* bins3) const;
-    /// Changes the shape and sets every entry to zero; does nothing when the shape is this one already. When it
-    /// throws for lack of memory, the histogram is as it was.
+    /// Changes the shape and sets every entry to zero; does nothing if that is the shape already. When it throws for
+    /// lack of memory, the histogram is unchanged.
     virtual void setBins(unsigned char bins1, unsigned char bins2, unsigned char bins3);
     /// Sets every entry to zero.
     virtual void clear();

@@ -2,17 +2,11 @@
 
 #include "core/Contract.h"
 
-#include <utility>
-
 namespace tarvos::core::cvdata {
 
 VisContourSamplePts::VisContourSamplePts() : VisualFeatures(REPR_VIS_CONTOUR_SAMPLE_PTS) {}
 
-VisContourSamplePts::VisContourSamplePts(VisContourSamplePts&& other) noexcept
-    : VisualFeatures(other),
-      mEdges(std::exchange(other.mEdges, {})),
-      mPoints(std::exchange(other.mPoints, {})),
-      mField(other.mField) {}
+VisContourSamplePts::VisContourSamplePts(VisContourSamplePts&& other) noexcept = default;
 
 VisContourSamplePts::~VisContourSamplePts() = default;
 

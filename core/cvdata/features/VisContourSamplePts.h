@@ -13,8 +13,8 @@ namespace tarvos::core::cvdata {
 ///
 /// The application fills and reads both lists. Edges point to points that they do not own, usually those in mPoints;
 /// growing mPoints moves them, so fill it first (or reserve). A copy would point into the points of the original, so
-/// there is no copy construction, and assignment stops the process. Move construction takes the points with it, and the
-/// edges go on pointing to them, so that a vector of features can grow.
+/// there is no copy construction, and assignment stops the process. Move construction takes over the points, and the
+/// edges still point to them, so that a vector of features can grow.
 ///
 /// @snippet features.cpp contour
 /// @ingroup features
@@ -42,7 +42,7 @@ public:
     /// No edges, no points.
     VisContourSamplePts();
     VisContourSamplePts(const VisContourSamplePts& other) = delete;
-    /// The feature @p other was, points, edges and flag; @p other keeps neither edges nor points.
+    /// Takes over the points, edges and flag of @p other, which then has neither edges nor points.
     VisContourSamplePts(VisContourSamplePts&& other) noexcept;
     ~VisContourSamplePts() override;
 

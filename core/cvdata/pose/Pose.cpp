@@ -1,5 +1,7 @@
 #include "core/cvdata/pose/Pose.h"
 
+#include "core/Contract.h"
+
 namespace tarvos::core::cvdata {
 
 namespace {
@@ -20,14 +22,14 @@ Pose::Pose(const Pose& pose)
     : mDimension(pose.mDimension),
       mDof(pose.mDof),
       mUpdateFlag(pose.mUpdateFlag),
-      mDataVector(pose.mDataVector),
-      mIncDataVector(pose.mIncDataVector),
+      mDataVector(*pose.mData),
+      mIncDataVector(*pose.mIncData),
       mIncData(pose.mIncData == pose.mData ? mData : &mIncDataVector),
       mUpdateIncFlag(pose.mUpdateIncFlag) {}
 
 Pose::~Pose() = default;
 
-// The vectors' own assignments look whether it is this pose.
+// The vectors' own assignments check for self-assignment.
 Pose& Pose::operator=(const Pose& pose) {  // NOLINT(bugprone-unhandled-self-assignment)
     TARVOS_REQUIRE((mDimension == pose.mDimension && mDof == pose.mDof) && "Pose: the poses differ in kind.");
     *mData = *pose.mData;
@@ -36,6 +38,30 @@ Pose& Pose::operator=(const Pose& pose) {  // NOLINT(bugprone-unhandled-self-ass
     mUpdateFlag = pose.mUpdateFlag;
     mUpdateIncFlag = pose.mUpdateIncFlag;
     return *this;
+}
+
+void Pose::getData(math::Vector& vec) {
+    TARVOS_REQUIRE((int)vec.dimension() == dimension() && "ERROR: getData - vector sizes does not match!");
+    vec = currentData();
+}
+
+void Pose::getIncData(math::Vector& vec) {
+    TARVOS_REQUIRE(((int)vec.dimension() == dof()) && "ERROR: getIncData - vector sizes does not match!");
+    vec = currentIncData();
+}
+
+const math::Vector& Pose::currentData() {
+    if (getUpdateFlag() == 0)
+        updateData();
+    TARVOS_REQUIRE((mData != NULL && (int)mData->dimension() == dimension()) && "Pose: the data has lost its size.");
+    return *mData;
+}
+
+const math::Vector& Pose::currentIncData() {
+    if (getUpdateIncFlag() == 0)
+        updateIncData();
+    TARVOS_REQUIRE((mIncData != NULL && (int)mIncData->dimension() == dof()) && "Pose: the data has lost its size.");
+    return *mIncData;
 }
 
 }  // namespace tarvos::core::cvdata

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "../../../math/Vector.h"
-#include "../../Contract.h"
 #include "../../Export.h"
 
 namespace tarvos::core {
@@ -14,13 +13,14 @@ namespace tarvos::core::cvdata {
 /// State carries.
 ///
 /// A pose is seen in two forms: its data, a vector of dimension() elements, and its incremental data, a vector of
-/// dof() elements, one a degree of freedom. The two counts may differ (a rotation as a quaternion has 4 elements and
+/// dof() elements, one per degree of freedom. The two counts may differ (a rotation as a quaternion has 4 elements and
 /// 3 degrees of freedom). Each vector has an update flag: at 0 it is out of date, and reading it calls updateData()
 /// or updateIncData() first.
 ///
-/// A pose whose representation is its data comes ready made: VectorPose.
+/// For a pose whose representation is its data there is VectorPose.
 ///
-/// Class invariant: mData has dimension() elements and mIncData has dof(). A derived class keeps it.
+/// Class invariant: mData has dimension() elements and mIncData has dof(). A derived class maintains it; where it is
+/// broken, reading stops the process.
 /// @ingroup tracking
 class TARVOS_CORE_EXPORT Pose {
 public:
@@ -35,9 +35,9 @@ public:
     virtual void resetData() = 0;
     /// Returns the incremental data to its initial value.
     virtual void resetIncData() = 0;
-    /// Brings mData up to date. Setting mUpdateFlag spares the next reader the call.
+    /// Brings mData up to date. Set mUpdateFlag to spare the next reader the call.
     virtual void updateData() = 0;
-    /// Brings mIncData up to date. Setting mUpdateIncFlag spares the next reader the call.
+    /// Brings mIncData up to date. Set mUpdateIncFlag to spare the next reader the call.
     virtual void updateIncData() = 0;
     /// Makes this pose equal in value to @p pose, which has the same class: copies both vectors and flags. A pose
     /// with members of its own overrides this. Stops the process when the counts differ.
@@ -53,29 +53,25 @@ public:
     int getUpdateIncFlag() const { return mUpdateIncFlag; }
 
     /// Copies the data, brought up to date, into @p vec. Stops the process unless it has dimension() elements.
-    void getData(math::Vector& vec) {
-        TARVOS_REQUIRE_AT("core/cvdata/pose/Pose.h", __extension__ __PRETTY_FUNCTION__,
-                          (int)vec.dimension() == dimension() && "ERROR: getData - vector sizes does not match!");
-        vec = currentData();
-    }
+    void getData(math::Vector& vec);
     /// Copies the incremental data, brought up to date, into @p vec. Stops the process unless it has dof() elements.
-    void getIncData(math::Vector& vec) {
-        TARVOS_REQUIRE_AT("core/cvdata/pose/Pose.h", __extension__ __PRETTY_FUNCTION__,
-                          ((int)vec.dimension() == dof()) && "ERROR: getIncData - vector sizes does not match!");
-        vec = currentIncData();
-    }
+    void getIncData(math::Vector& vec);
 
 protected:
+    /// No elements yet: for a pose class whose constructor sets the members below. The vectors that it lets mData and
+    /// mIncData point to are its own to delete.
+    Pose() : Pose(0, 0) {}
     /// Makes both vectors, all zero and up to date. Stops the process when a count is negative.
     Pose(int dimension, int dof);
     /// Makes one vector of @p size zeros that is both the data and the incremental data.
     explicit Pose(int size);
-    /// A deep copy.
+    /// Copies counts and flags, and what mData and mIncData point to into vectors that this pose owns: one, if they
+    /// point to the same.
     Pose(const Pose& pose);
 
-    const int mDimension;  ///< elements of mData
-    const int mDof;        ///< elements of mIncData
-    int mUpdateFlag = 1;   ///< 0 while mData is out of date
+    int mDimension;       ///< elements of mData
+    int mDof;             ///< elements of mIncData
+    int mUpdateFlag = 1;  ///< 0 while mData is out of date
 
 private:
     // Inside the pose, so that a copy of it is one allocation.
@@ -83,27 +79,15 @@ private:
     math::Vector mIncDataVector;
 
 protected:
-    math::Vector* const mData = &mDataVector;        ///< the data, owned by the pose
-    math::Vector* const mIncData = &mIncDataVector;  ///< the incremental data, owned by the pose
-    int mUpdateIncFlag = 1;                          ///< 0 while mIncData is out of date
+    math::Vector* mData = &mDataVector;        ///< the data; by default owned by the pose
+    math::Vector* mIncData = &mIncDataVector;  ///< the incremental data; by default owned by the pose
+    int mUpdateIncFlag = 1;                    ///< 0 while mIncData is out of date
 
 private:
     friend class core::State;
 
-    const math::Vector& currentData() {
-        if (getUpdateFlag() == 0)
-            updateData();
-        TARVOS_REQUIRE_AT("core/cvdata/pose/Pose.h", __extension__ __PRETTY_FUNCTION__,
-                          ((int)mData->dimension() == dimension()) && "Pose: the data has lost its size.");
-        return *mData;
-    }
-    const math::Vector& currentIncData() {
-        if (getUpdateIncFlag() == 0)
-            updateIncData();
-        TARVOS_REQUIRE_AT("core/cvdata/pose/Pose.h", __extension__ __PRETTY_FUNCTION__,
-                          ((int)mIncData->dimension() == dof()) && "Pose: the data has lost its size.");
-        return *mIncData;
-    }
+    const math::Vector& currentData();
+    const math::Vector& currentIncData();
 };
 
 }  // namespace tarvos::core::cvdata

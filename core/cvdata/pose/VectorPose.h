@@ -4,10 +4,10 @@
 
 namespace tarvos::core::cvdata {
 
-/// A pose that is its vector: a point, a box, joint angles. Data and incremental data are one and the same vector,
-/// which starts, and is reset to, zero.
+/// A pose that is a plain vector: a point, a box, joint angles. Data and incremental data are one and the same vector,
+/// which is zero initially and after a reset.
 ///
-/// Use it as it is, or derive from it in a line; clone() is what a derived class must give anew:
+/// Use it as it is, or derive from it in a line; a derived class must override clone():
 ///
 /// @snippet tracking.cpp box pose
 /// @ingroup tracking

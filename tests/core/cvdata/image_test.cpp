@@ -1,9 +1,10 @@
+#include "core/cvdata/Image.h"
+
 #include "core/cvdata/MatView.h"
-#include "core/cvdata/TiledImage.h"
 #include "support/Output.h"
 
 #include <climits>
-#include <cstdint>
+#include <cstring>
 #include <memory>
 #include <new>
 #include <tuple>
@@ -12,13 +13,190 @@ using namespace tarvos::core::cvdata;
 
 namespace {
 
-struct ImageContractTest : testing::Test {
-    const Image empty;
+TEST(ImageTest, AnImageOf5x2BgrHasAStrideOf16AndABufferOf32Bytes) {
+    const Image image(5, 2, Image::CHANNELS_BGR, Image::BITS_8U);
+    EXPECT_EQ(image.width(), 5);
+    EXPECT_EQ(image.height(), 2);
+    EXPECT_EQ(image.nofChannels(), 3);
+    EXPECT_EQ(image.widthStep(), 16);
+    EXPECT_EQ(image.row(1), image.imageBuffer() + 16);
+    EXPECT_EQ(image.getTimeStamp(), 0);
+    const IplImage* header = image.iplImage();
+    EXPECT_EQ(header->imageData, reinterpret_cast<char*>(image.imageBuffer()));
+    EXPECT_EQ(header->imageSize, 32);
+    EXPECT_EQ(header->widthStep, 16);
+    EXPECT_EQ(header->nChannels, 3);
+    EXPECT_EQ(header->depth, static_cast<int>(IPL_DEPTH_8U));
+}
+
+TEST(ImageTest, PaddingIsCountedInChannelValues) {
+    const std::tuple<int, Image::ColorChannels, Image::BitsPerChannel, int> cases[] = {
+        {640, Image::CHANNELS_BGR, Image::BITS_8U, 1920}, {5, Image::CHANNELS_BGR, Image::BITS_16U, 31},
+        {2, Image::CHANNELS_BGRA, Image::BITS_64F, 64},   {3, Image::CHANNELS_GRAY, Image::BITS_32F, 13},
+        {6, Image::CHANNELS_GRAY, Image::BITS_8S, 8},     {1, Image::CHANNELS_RGBA, Image::BITS_16S, 8},
+        {3, Image::CHANNELS_OTHER_3, Image::BITS_32S, 39}};
+    for (const auto& [width, channels, bits, widthStep] : cases) {
+        const Image image(width, 2, channels, bits);
+        EXPECT_EQ(image.widthStep(), widthStep) << width << " pixels of layout " << channels << ", depth " << bits;
+        EXPECT_EQ(image.channels(), channels);
+        EXPECT_EQ(Image(image.iplImage()).bitsPerChannel(), bits) << "read from the header";
+    }
+}
+
+TEST(ImageTest, ADefaultImageHasNoPixels) {
+    const Image image;
+    EXPECT_TRUE(image.empty());
+    EXPECT_EQ(image.channels(), Image::CHANNELS_RGB);
+    EXPECT_EQ(image.bitsPerChannel(), Image::BITS_8U);
+    EXPECT_EQ(image.imageBuffer(), nullptr);
+    EXPECT_EQ(image.iplImage(), nullptr);
+}
+
+/// A header over the pixels of an image of 4 x 4 grey pixels.
+struct ImageOfHeaderTest : testing::Test {
     Image image{4, 4, Image::CHANNELS_GRAY, Image::BITS_8U};
     IplImage header = *image.iplImage();
+
+    ImageOfHeaderTest() { std::memset(image.imageBuffer(), 7, 16); }
 };
 
-TEST_F(ImageContractTest, StopsOnALayoutOrDepthThatThereIsNot) {
+TEST_F(ImageOfHeaderTest, LayoutIsWhatTheChannelSequenceSays) {
+    const std::tuple<int, const char*, Image::ColorChannels> cases[] = {
+        {1, "GRAY", Image::CHANNELS_GRAY}, {3, "BGR", Image::CHANNELS_BGR},   {3, "RGB", Image::CHANNELS_RGB},
+        {3, "YUV", Image::CHANNELS_BGR},   {4, "BGRA", Image::CHANNELS_BGRA}, {4, "RGBA", Image::CHANNELS_RGBA},
+        {4, "BRGA", Image::CHANNELS_RGBA}};
+    for (const auto& [channels, sequence, layout] : cases) {
+        IplImage source;
+        cvInitImageHeader(&source, cvSize(1, 1), IPL_DEPTH_8U, channels);
+        source.imageData = header.imageData;
+        std::memcpy(source.channelSeq, sequence, std::strlen(sequence));
+        EXPECT_EQ(Image(&source).channels(), layout) << sequence;
+    }
+}
+
+TEST_F(ImageOfHeaderTest, AnUnknownChannelSequenceLeavesTheLayout) {
+    Image rgb(1, 1, Image::CHANNELS_RGB, Image::BITS_8U);
+    header.nChannels = 3;
+    std::memcpy(header.channelSeq, "BRG", 4);
+    rgb.updateFromOpencvHeader(&header);
+    EXPECT_EQ(rgb.channels(), Image::CHANNELS_RGB);
+}
+
+TEST_F(ImageOfHeaderTest, PaddingOfLessThan8BytesBelongsToTheImage) {
+    header.width = 3;
+    const Image padded(&header);
+    EXPECT_EQ(padded.widthStep(), 4);
+    EXPECT_EQ(padded.row(3)[3], 7) << "behind the last row";
+}
+
+TEST_F(ImageOfHeaderTest, BehindTheLastRowOfAViewNothingIsRead) {
+    Image wide(16, 1, Image::CHANNELS_GRAY, Image::BITS_8U);
+    std::memset(wide.imageBuffer(), 7, 16);
+    IplImage view = *wide.iplImage();
+    view.width = 4;
+    view.height = 2;
+    view.widthStep = 12;  // the second row ends with the buffer
+    const Image copy(&view);
+    EXPECT_EQ(copy.widthStep(), 12);
+    EXPECT_EQ(copy.row(0)[11], 7);
+    EXPECT_EQ(copy.row(1)[3], 7);
+    EXPECT_EQ(copy.row(1)[4], 0);
+}
+
+TEST(ImageCopyTest, AnImageOfOneRowIsCopiedWithoutItsPadding) {
+    const Image row(5, 1, Image::CHANNELS_BGR, Image::BITS_8U);
+    EXPECT_EQ(row.widthStep(), 16);
+    const std::unique_ptr<Image> clone(row.clone());
+    EXPECT_EQ(clone->widthStep(), 15) << "as OpenCV describes it";
+}
+
+TEST(ImageCopyTest, RgbBecomesBgrSinceOpencvKnowsNoOther) {
+    const Image rgb(2, 2, Image::CHANNELS_RGB, Image::BITS_8U);
+    const Image copy(rgb);
+    EXPECT_EQ(copy.channels(), Image::CHANNELS_BGR);
+    Image assigned;
+    assigned = rgb;
+    EXPECT_EQ(assigned.channels(), Image::CHANNELS_RGB) << "an assignment keeps the layout";
+}
+
+struct ImageAssignmentTest : testing::Test {
+    Image target{6, 5, Image::CHANNELS_BGR, Image::BITS_8U};
+    const unsigned char* buffer = target.imageBuffer();
+};
+
+TEST_F(ImageAssignmentTest, EqualGeometryKeepsBufferAndRegionOfInterest) {
+    cvSetImageROI(target.iplImage(), cvRect(1, 1, 2, 2));
+    target = Image(6, 5, Image::CHANNELS_BGR, Image::BITS_8U);
+    EXPECT_EQ(target.imageBuffer(), buffer);
+    EXPECT_EQ(cvGetImageROI(target.iplImage()).width, 2);
+}
+
+TEST_F(ImageAssignmentTest, EqualGeometryKeepsTheBufferWhateverTheStrides) {
+    IplImage header;
+    cvInitImageHeader(&header, cvSize(6, 5), IPL_DEPTH_8U, 3, IPL_ORIGIN_TL, 4);
+    cv::Mat pixels(5, 6, CV_8UC3, cv::Scalar(1, 2, 3));
+    cvSetData(&header, pixels.data, 18);  // the computed stride is 20
+    const Image narrow(&header);
+    target = narrow;
+    EXPECT_EQ(target.imageBuffer(), buffer);
+    EXPECT_EQ(target.widthStep(), 20);
+    EXPECT_EQ(cv::norm(matView(target), pixels, cv::NORM_INF), 0.0);
+    EXPECT_EQ(target.row(4)[18] + target.row(4)[19], 0) << "the padding";
+}
+
+TEST_F(ImageAssignmentTest, ABufferThatIsTooSmallIsReplaced) {
+    IplImage header = *target.iplImage();
+    header.widthStep = 18;
+    Image narrow(&header);
+    ASSERT_EQ(narrow.widthStep(), 18);
+    narrow = target;
+    EXPECT_EQ(narrow.widthStep(), 20);
+    EXPECT_EQ(cv::norm(matView(narrow), matView(target), cv::NORM_INF), 0.0);
+}
+
+TEST_F(ImageAssignmentTest, AnotherGeometryTakesANewBufferButTheHeaderObjectStays) {
+    const IplImage* header = target.iplImage();
+    target = Image(3, 2, Image::CHANNELS_GRAY, Image::BITS_16U);
+    EXPECT_EQ(target.iplImage(), header);
+    EXPECT_EQ(header->width, 3);
+    EXPECT_EQ(header->imageData, reinterpret_cast<char*>(target.imageBuffer()));
+}
+
+TEST_F(ImageAssignmentTest, FromAnEmptyImageLeavesNoPixelsButBufferAndHeader) {
+    const IplImage* header = target.iplImage();
+    target = Image();
+    EXPECT_TRUE(target.empty());
+    EXPECT_EQ(target.width() + target.height(), 0);
+    EXPECT_NE(target.imageBuffer(), nullptr);
+    EXPECT_EQ(target.iplImage(), header);
+    EXPECT_EQ(header->imageSize, 0);
+    EXPECT_TRUE(Image(target).empty());
+}
+
+TEST_F(ImageAssignmentTest, BringsAHeaderThatWasOutOfStepIntoStep) {
+    target.setChannels(Image::CHANNELS_GRAY);
+    target = Image(6, 5, Image::CHANNELS_GRAY, Image::BITS_8U);
+    EXPECT_EQ(target.iplImage()->nChannels, 1);
+    EXPECT_EQ(target.iplImage()->widthStep, 8);
+}
+
+TEST(ImageTest, ImpossibleSizesAreAnAllocationFailureAndChangeNothing) {
+    Image image(5, 4, Image::CHANNELS_BGR, Image::BITS_16U);
+    matView(image).setTo(cv::Scalar::all(7));
+    const std::pair<int, int> sizes[] = {{-1, 5},        {5, -1},      {0, -1},     {-2, -3},
+                                         {65536, 65536}, {INT_MAX, 1}, {1, INT_MAX}};
+    for (const auto& [width, height] : sizes) {
+        EXPECT_THROW(Image(width, height, Image::CHANNELS_BGRA, Image::BITS_64F), std::bad_alloc);
+        EXPECT_THROW(image.resizeMemory(width, height), std::bad_alloc);
+        EXPECT_EQ(cv::mean(matView(image)), cv::Scalar(7, 7, 7)) << width << "x" << height;
+    }
+}
+
+struct ImageContractTest : ImageOfHeaderTest {
+    const Image empty;
+};
+
+TEST_F(ImageContractTest, StopsOnAnInvalidLayoutOrDepth) {
     EXPECT_CONTRACT(Image(2, 2, static_cast<Image::ColorChannels>(6), Image::BITS_8U), "Image::setNofChannels",
                     "false && \"not supported number of mChannels\"");
     EXPECT_CONTRACT(Image(2, 2, Image::CHANNELS_BGR, static_cast<Image::BitsPerChannel>(24)),
@@ -28,7 +206,7 @@ TEST_F(ImageContractTest, StopsOnALayoutOrDepthThatThereIsNot) {
                     "0 && \"Image: This depth is not implemented!\"");
 }
 
-TEST_F(ImageContractTest, StopsOnAHeaderThatIsNoImage) {
+TEST_F(ImageContractTest, StopsOnAHeaderThatCannotBeCopied) {
     EXPECT_DEATH(Image(static_cast<const IplImage*>(nullptr)), "there is no header to copy");
     EXPECT_DEATH(image.updateFromOpencvHeader(nullptr), "there is no header to read");
     header.imageData = nullptr;
@@ -39,6 +217,9 @@ TEST_F(ImageContractTest, StopsOnAHeaderThatIsNoImage) {
     EXPECT_CONTRACT(Image copy(image), "Image::Image",
                     "(image.iplImage()->nChannels == 1) || (image.iplImage()->nChannels == 3) || "
                     "(image.iplImage()->nChannels == 4)");
+}
+
+TEST_F(ImageContractTest, StopsOnCopyingAnImageWithoutHeader) {
     EXPECT_CONTRACT(Image copy(empty), "Image::Image",
                     "(((image.iplImage()) != __null && ((const IplImage*)(image.iplImage()))->nSize == "
                     "sizeof(IplImage)) && ((IplImage*)image.iplImage())->imageData != __null) && \"Source image "
@@ -46,7 +227,7 @@ TEST_F(ImageContractTest, StopsOnAHeaderThatIsNoImage) {
     EXPECT_DEATH(empty.clone(), "an empty image cannot be cloned");
 }
 
-TEST_F(ImageContractTest, StopsOnADescriptionThatReachesOutsideTheBuffer) {
+TEST_F(ImageContractTest, StopsOnADescriptionThatExceedsTheBuffer) {
     for (const auto& [width, height, step] :
          {std::tuple{4, 5, 4}, {4, 4, 5}, {17, 1, 4}, {-1, 4, 4}, {4, -1, 4}, {4, 4, -4}, {4, INT_MAX, INT_MAX}}) {
         SCOPED_TRACE(testing::Message() << width << "x" << height << " in steps of " << step);
@@ -55,10 +236,17 @@ TEST_F(ImageContractTest, StopsOnADescriptionThatReachesOutsideTheBuffer) {
         header.widthStep = step;
         image.updateFromOpencvHeader(&header);
         EXPECT_DEATH(image.updateOpencvHeader(), "description does not fit the buffer");
+        EXPECT_DEATH(image.row(0), "there is no such row");
     }
 }
 
-TEST_F(ImageContractTest, AStrideThatOpencvRejectsIsItsErrorAndChangesNothing) {
+TEST_F(ImageContractTest, StopsOnARowOutsideTheImage) {
+    for (const int y : {-1, 4})
+        EXPECT_CONTRACT(image.row(y), "Image::row",
+                        "(y >= 0 && y < height() && isInBuffer()) && \"Image: there is no such row.\"");
+}
+
+TEST_F(ImageContractTest, AStrideShorterThanARowIsOpencvsErrorAndChangesNothing) {
     image.setChannels(Image::CHANNELS_BGR);  // four rows of 12 bytes, 4 apart
     cvSetImageROI(image.iplImage(), cvRect(1, 1, 2, 2));
     EXPECT_THROW(image.updateOpencvHeader(), cv::Exception);
@@ -72,95 +260,9 @@ TEST_F(ImageContractTest, StopsOnCopyingWhatIsOutOfStep) {
     Image target;
     image.setChannels(Image::CHANNELS_BGRA);
     EXPECT_DEATH(target = image, "out of step");
-    EXPECT_DEATH(target = std::move(image), "out of step");
     image.setChannels(Image::CHANNELS_GRAY);
     image.iplImage()->height = 40;
-    EXPECT_DEATH(Image copy(image), "out of step") << "nothing is read behind the buffer";
-}
-
-TEST(ImageTest, AnAssignmentKeepsTheRegionOfInterestOrTakesNone) {
-    Image image(6, 5, Image::CHANNELS_BGR, Image::BITS_8U);
-    cvSetImageROI(image.iplImage(), cvRect(1, 1, 2, 2));
-    image = Image(6, 5, Image::CHANNELS_BGR, Image::BITS_8U);
-    EXPECT_EQ(cvGetImageROI(image.iplImage()).width, 2);
-    Image target(3, 3, Image::CHANNELS_GRAY, Image::BITS_8U);
-    target = std::move(image);
-    EXPECT_EQ(target.iplImage()->roi, nullptr) << "a copy would have none";
-}
-
-TEST(ImageTest, ImpossibleSizesAreAnAllocationFailureAndLoseNothing) {
-    Image image(5, 4, Image::CHANNELS_BGR, Image::BITS_16U);
-    matView(image).setTo(cv::Scalar::all(7));
-    const std::pair<int, int> sizes[] = {{-1, 5},        {5, -1},      {0, -1},     {-2, -3},
-                                         {65536, 65536}, {INT_MAX, 1}, {1, INT_MAX}};
-    for (const auto& [width, height] : sizes) {
-        EXPECT_THROW(Image(width, height, Image::CHANNELS_BGRA, Image::BITS_64F), std::bad_alloc);
-        EXPECT_THROW(image.resizeMemory(width, height), std::bad_alloc);
-        EXPECT_EQ(cv::mean(matView(image)), cv::Scalar(7, 7, 7)) << width << "x" << height;
-    }
-}
-
-TEST(MatViewTest, SharesPixelsAndCopiesThem) {
-    Image image(6, 5, Image::CHANNELS_BGR, Image::BITS_16U);
-    cvSetImageROI(image.iplImage(), cvRect(1, 1, 2, 2));
-    matView(image).setTo(cv::Scalar(1, 2, 3));
-    EXPECT_EQ(matView(std::as_const(image)).at<cv::Vec3w>(4, 5), cv::Vec3w(1, 2, 3)) << "outside the region, too";
-    const Image part = imageOf(matView(image)(cv::Rect(2, 1, 3, 2)));
-    EXPECT_EQ(part.width(), 3);
-    EXPECT_EQ(matView(part).at<cv::Vec3w>(1, 2), cv::Vec3w(1, 2, 3));
-    const Image empty = imageOf(cv::Mat());
-    EXPECT_TRUE(empty.empty());
-    EXPECT_TRUE(matView(empty).empty());
-}
-
-struct TiledImageTest : testing::Test {
-    TiledImage mosaic{2, 3, 161, 120, Image::CHANNELS_BGR, Image::BITS_8U};
-    Image cell{161, 120, Image::CHANNELS_BGR, Image::BITS_8U};
-};
-
-TEST_F(TiledImageTest, IsOneImage) {
-    EXPECT_EQ(matView(mosaic).size(), cv::Size(483, 240));
-    EXPECT_EQ(mosaic.type(), 0x40000017);
-    for (const std::size_t rows : {SIZE_MAX, SIZE_MAX / 120, std::size_t{1} << 31})
-        EXPECT_THROW(TiledImage(rows, 3, 160, 120, Image::CHANNELS_BGR, Image::BITS_8U), std::bad_alloc);
-}
-
-TEST_F(TiledImageTest, WhatOpencvRejectsLeavesNoTrace) {
-    matView(mosaic).setTo(cv::Scalar::all(7));
-    cvSetImageROI(mosaic.iplImage(), cvRect(1, 1, 2, 2));
-    Image deep(161, 120, Image::CHANNELS_BGR, Image::BITS_16U), grey(161, 120, Image::CHANNELS_GRAY, Image::BITS_8U);
-    for (Image* other : {&deep, &grey})
-        EXPECT_THROW(mosaic.setCellImage(0, 0, other), cv::Exception);
-    EXPECT_EQ(cv::mean(matView(mosaic)), cv::Scalar(7, 7, 7));
-    EXPECT_EQ(mosaic.iplImage()->roi, nullptr);
-}
-
-TEST_F(TiledImageTest, StopsOnAWrongCell) {
-    Image wide(162, 120, Image::CHANNELS_BGR, Image::BITS_8U), high(161, 121, Image::CHANNELS_BGR, Image::BITS_8U);
-    const std::tuple<std::size_t, std::size_t, Image*, std::string> cases[] = {
-        {2, 0, &cell, "(cellRow < mRows) && \"cell row index is out of range\""},
-        {0, 3, &cell, "(cellCol < mCols) && \"cell col index is out of range\""},
-        {0, 0, nullptr, "img != __null"},
-        {0, 0, &wide, "img->width() == mCellWidth"},
-        {0, 0, &high, "img->height() == mCellHeight"}};
-    for (const auto& [row, col, image, condition] : cases)
-        EXPECT_CONTRACT(mosaic.setCellImage(row, col, image), "TiledImage::setCellImage", condition);
-    const TiledImage moved(std::move(mosaic));
-    EXPECT_TRUE(mosaic.empty());
-    EXPECT_DEATH(mosaic.setCellImage(0, 0, &cell), "cell row index is out of range");
-    mosaic = moved;
-    static_cast<Image&>(mosaic) = cell;
-    EXPECT_DEATH(mosaic.setCellImage(0, 0, &cell), "resized through its base");
-}
-
-TEST_F(TiledImageTest, AssignmentKeepsHeaderAndTimeStampAndCloningGivesAPlainImage) {
-    TiledImage target(1, 1, 7, 5, Image::CHANNELS_GRAY, Image::BITS_32F);
-    const IplImage* header = target.iplImage();
-    target.setTimeStamp(9);
-    target = mosaic;
-    EXPECT_EQ(target.iplImage(), header);
-    EXPECT_EQ(target.getTimeStamp(), 9);
-    EXPECT_EQ(dynamic_cast<TiledImage*>(std::unique_ptr<Image>(mosaic.clone()).get()), nullptr);
+    EXPECT_DEATH(Image copy(image), "out of step") << "nothing is read past the buffer";
 }
 
 }  // namespace

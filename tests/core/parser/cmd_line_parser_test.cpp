@@ -27,7 +27,7 @@ TEST(CmdLineParserTest, ServesEveryRecordOfAName) {
         parser.addOption(option, "", "", false);
     parser.parse();
     EXPECT_EQ(parser.getValue("both") + parser.getValue("twice") + parser.getValue(""), "1onedash") << "flags first";
-    EXPECT_THAT(errorsOf([&] { parser.printUsage(""); }),
+    EXPECT_THAT(captureStderr([&] { parser.printUsage(""); }),
                 testing::HasSubstr("-twice           (*)                    two "));
 }
 
@@ -49,13 +49,13 @@ TEST(CmdLineParserTest, ConvertsLikeAStream) {
 TEST(CmdLineParserTest, PrintsTheUsageTable) {
     const std::vector<const char*> words = {"app", "-frames", "50"};
     CmdLineParser parser = parserOf(words);
-    EXPECT_EQ(errorsOf([&] { parser.printUsage("see the manual"); }), HEAD + HELP + LEGEND + "see the manual\n");
+    EXPECT_EQ(captureStderr([&] { parser.printUsage("see the manual"); }), HEAD + HELP + LEGEND + "see the manual\n");
     parser.setAppDescription("Face tracking demo");
     parser.addOption("frames", "number of frames", "100", false);
     parser.parse();
     parser.addOption("config", "configuration file", "cfg.xml", true);
     parser.addOption("a-name-longer-than-its-field", "text", "", false);
-    EXPECT_EQ(errorsOf([&] { parser.printUsage(""); }),
+    EXPECT_EQ(captureStderr([&] { parser.printUsage(""); }),
               "Face tracking demo\n" + HEAD + HELP +
                   "-frames          (*)100                 50                  number of frames    \n"
                   "-config       (+)   cfg.xml             cfg.xml             configuration file  \n"

@@ -7,7 +7,8 @@
 #include <climits>
 #include <functional>
 #include <memory>
-#include <tuple>
+#include <sstream>
+#include <utility>
 
 using tarvos::core::State;
 using tarvos::core::TrackingData;
@@ -56,6 +57,27 @@ TEST_F(PoseTest, StopsOnWrongSizes) {
     EXPECT_DEATH(static_cast<Pose&>(pose) = TestPose(2, 2), "poses differ in kind");
 }
 
+/// A pose that sets the members of its base itself.
+struct OwnVectorsPose : TestPose {
+    OwnVectorsPose() {
+        mDimension = 2;
+        mDof = 1;
+        mData = &data;
+        mIncData = &incData;
+    }
+    Vector data = Vector::of(5, 6);
+    Vector incData = Vector::of(7);
+};
+
+TEST(OwnVectorsPoseTest, IsCopiedWithWhatItsMembersPointTo) {
+    auto original = std::make_unique<OwnVectorsPose>();
+    const TestPose copy(*original);
+    original.reset();
+    Vector read(2);
+    TestPose(copy).getData(read);
+    EXPECT_THAT(elementsOf(read), ElementsAre(5, 6));
+}
+
 TEST(VectorPoseTest, IsItsVectorInBothForms) {
     VectorPose pose(2);
     pose.setIncData(Vector::of(3, 4));
@@ -94,41 +116,99 @@ TEST_F(StateTest, ThroughTheBaseOnlyTheTimeStampIsCopied) {
     EXPECT_EQ(other.getTimeStamp(), 1.5);
 }
 
-TEST_F(StateTest, StopsOnWhatDoesNotFit) {
-    Vector five(5);
-    const std::string order = "(order <= getMaxOrder()) && \"ERROR: too high AR order for this state!\"";
-    const std::string block = "mDerivatives.size() >= order";
-    /// The condition that stops a vector whose size is no @p expected.
-    const auto size = [](const std::string& expected, const std::string& vector, const std::string& what) {
-        return "(" + expected + " == " + vector + ".dimension()) && \"ERROR: " + what +
-               " does not match the input vector!\"";
-    };
-    const std::string finite = "finite state dimension", incremental = "incremental state dimension";
-    const std::tuple<std::function<void()>, std::string, std::string> cases[] = {
-        {[&] { state.setPoseData(two); }, "setPoseData", size("pdim", "poseData", finite)},
-        {[&] { state.getPoseData(two); }, "getPoseData", size("pdim", "poseData", finite)},
-        {[&] { state.getStateData(two); }, "getStateData", size("stateDimension()", "stateData", finite)},
-        {[&] { state.setDataFromVector(five, -1); }, "setDataFromVector", size("sdim", "stateData", "state dimension")},
-        {[&] { state.setDataFromVector(two, 0); }, "setDataFromVector", size("pdim", "stateData", "state dimension")},
-        {[&] { state.setDataFromVector(three, 3); }, "setDataFromVector", block},
-        {[&] { state.setDataFromVector(three, 4); }, "setDataFromVector", order},
-        {[&] { state.setIncDataFromVector(five, -1); }, "setIncDataFromVector",
-         size("sdim", "stateIncData", incremental)},
-        {[&] { state.setIncDataFromVector(three, 0); }, "setIncDataFromVector",
-         size("pdim", "stateIncData", incremental)},
-        {[&] { state.setIncDataFromVector(two, INT_MIN); }, "setIncDataFromVector", block},
-        {[&] { state.setIncDataFromVector(two, 4); }, "setIncDataFromVector", order},
-        {[&] { state.getStateIncData(five, -1); }, "getStateIncData", size("sdim", "stateIncData", incremental)},
-        {[&] { state.getStateIncData(three, 7); }, "getStateIncData", size("pdim", "stateIncData", incremental)},
-        {[&] { state.getStateIncData(two, -2); }, "getStateIncData", block},
-        {[&] { state.getStateIncData(two, 4); }, "getStateIncData", order}};
-    for (const auto& [call, function, condition] : cases)
-        EXPECT_CONTRACT(call(), "State::" + function, condition);
+TEST_F(StateTest, GivesOneBlockForReading) {
+    state.setDataFromVector(Vector::of(7, 8, 9, 3, 4, 5, 6), -1);
+    EXPECT_THAT(elementsOf(state.derivative(1)), ElementsAre(3, 4));
+    EXPECT_THAT(elementsOf(state.derivative(2)), ElementsAre(5, 6));
+    for (const int order : {0, 3, -1})
+        EXPECT_DEATH(state.derivative(order), "there is no such derivative");
+}
+
+TEST_F(StateTest, IsPrintedInItsDataForm) {
+    std::ostringstream text;
+    text << state;
+    EXPECT_EQ(text.str(), "[1, 1, 1, 0, 0, 0, 0]");
+}
+
+/// A pose that takes the value of any other, whatever the counts.
+struct AnyPose : TestPose {
+    using TestPose::TestPose;
+    AnyPose* clone() const override { return new AnyPose(*this); }
+    Pose& operator=(const Pose& /*pose*/) override { return *this; }
+};
+
+TEST(StateAssignmentTest, RunsOverTheBlocksThatBothStatesHave) {
+    State few(AnyPose(1, 4), 2), many(AnyPose(1, 2), 4);  // 1 x 4 and 3 x 2 elements beside 4 and 2
+    few.setDataFromVector(Vector::of(0, 3, 4, 5, 6), -1);
+    many = few;
+    EXPECT_THAT(elementsOf(many.derivative(1)), ElementsAre(3, 4, 5, 6));
+    EXPECT_THAT(elementsOf(many.derivative(2)), ElementsAre(0, 0));
+    Vector packed(static_cast<unsigned int>(many.stateDimension()));
+    many.getStateData(packed);
+    EXPECT_THAT(elementsOf(packed), ElementsAre(1, 3, 4, 5, 6, 0, 0, 0, 0)) << "all that there is";
+}
+
+TEST_F(StateTest, StopsOnAPoseWithoutAClone) {
+    struct : TestPose {
+        TestPose* clone() const override { return nullptr; }
+    } sterile;
+    EXPECT_DEATH(State(sterile, 1), "the pose's clone\\(\\) returned null");
+}
+
+struct Misfit {
+    const char* function;
+    std::function<void(State&)> call;
+    const char* condition;
+};
+
+TEST_F(StateTest, StopsOnAVectorOfAnotherSize) {
+    const char* finite =
+        "(pdim == poseData.dimension()) && \"ERROR: finite state dimension does not match the input "
+        "vector!\"";
+    const Misfit cases[] = {
+        {"setPoseData", [&](State& s) { s.setPoseData(two); }, finite},
+        {"getPoseData", [&](State& s) { s.getPoseData(two); }, finite},
+        {"getStateData", [&](State& s) { s.getStateData(two); },
+         "(stateDimension() == stateData.dimension()) && \"ERROR: finite state dimension does not match the input "
+         "vector!\""},
+        {"setDataFromVector", [&](State& s) { s.setDataFromVector(three, -1); },
+         "(sdim == stateData.dimension()) && \"ERROR: state dimension does not match the input vector!\""},
+        {"setDataFromVector", [&](State& s) { s.setDataFromVector(two, 1); },
+         "(pdim == stateData.dimension()) && \"ERROR: state dimension does not match the input vector!\""},
+        {"setIncDataFromVector", [&](State& s) { s.setIncDataFromVector(two, -1); },
+         "(sdim == stateIncData.dimension()) && \"ERROR: incremental state dimension does not match the input "
+         "vector!\""},
+        {"setIncDataFromVector", [&](State& s) { s.setIncDataFromVector(three, 0); },
+         "(pdim == stateIncData.dimension()) && \"ERROR: incremental state dimension does not match the input "
+         "vector!\""},
+        {"getStateIncData", [&](State& s) { s.getStateIncData(two, -1); },
+         "(sdim == stateIncData.dimension()) && \"ERROR: incremental state dimension does not match the input "
+         "vector!\""},
+        {"getStateIncData", [&](State& s) { s.getStateIncData(three, 7); },
+         "(pdim == stateIncData.dimension()) && \"ERROR: incremental state dimension does not match the input "
+         "vector!\""}};
+    for (const Misfit& misfit : cases)
+        EXPECT_CONTRACT(misfit.call(state), std::string("State::") + misfit.function, misfit.condition);
+}
+
+TEST_F(StateTest, StopsOnAnOrderWithoutABlock) {
+    for (const int order : {3, -2, INT_MIN}) {
+        const std::string condition = "mDerivatives.size() >= order";
+        EXPECT_CONTRACT(state.setDataFromVector(three, order), "State::setDataFromVector", condition);
+        EXPECT_CONTRACT(state.setIncDataFromVector(two, order), "State::setIncDataFromVector", condition);
+        EXPECT_CONTRACT(state.getStateIncData(two, order), "State::getStateIncData", condition);
+    }
+    const std::string condition = "(order <= getMaxOrder()) && \"ERROR: too high AR order for this state!\"";
+    EXPECT_CONTRACT(state.setDataFromVector(three, 4), "State::setDataFromVector", condition);
+    EXPECT_CONTRACT(state.setIncDataFromVector(two, 4), "State::setIncDataFromVector", condition);
+    EXPECT_CONTRACT(state.getStateIncData(two, 4), "State::getStateIncData", condition);
+}
+
+TEST_F(StateTest, StopsOnAssigningAStateOfOtherDimensions) {
     EXPECT_CONTRACT(state = State(TestPose(4, 2), 3), "State::operator=",
                     "((this->poseDimension() == state.poseDimension()) && (this->stateIncDimension() == "
                     "state.stateIncDimension())) && \"ERROR: cannot assign states of different types!\"");
-    EXPECT_DEATH(state = State(TestPose(3, 3), 2), "cannot assign states of different types!")
-        << "as many elements in fewer blocks";
+    EXPECT_DEATH(state = State(pose, 2), "cannot assign states of different types!");
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ struct FilesystemTest : testing::Test {
     /// The message of the Exception that @p operation throws, which it must report too.
     static std::string messageOf(const std::function<void()>& operation) {
         std::string message = "nothing was thrown";
-        const std::string heard = errorsOf([&] {
+        const std::string heard = captureStderr([&] {
             try {
                 operation();
             } catch (const Exception& error) {

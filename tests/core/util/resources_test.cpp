@@ -25,7 +25,7 @@ struct ResourcesTest : testing::Test {
     /// Looks for the data directory of the application "app", which is to be @p path after saying @p lines.
     static void expectFound(const std::string& path, const std::string& lines, const std::string& given = "") {
         std::string found;
-        EXPECT_EQ(errorsOf([&] { found = Resources(given, "app").getDataDirPath(); }),
+        EXPECT_EQ(captureStderr([&] { found = Resources(given, "app").getDataDirPath(); }),
                   "Searching for data dir...\n" + lines + "\n");
         EXPECT_EQ(found, path);
     }

@@ -1,0 +1,18 @@
+// A plugin whose static object loads an image while the loader runs the plugin's constructors, after a pause in which
+// another thread begins its first load.
+
+#include "core/cvdata/Image.h"
+
+#include <chrono>
+#include <thread>
+
+namespace {
+
+tarvos::core::cvdata::Image load() {
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    return {"colour.png"};
+}
+
+const tarvos::core::cvdata::Image IMAGE = load();
+
+}  // namespace

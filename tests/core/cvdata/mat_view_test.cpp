@@ -1,0 +1,46 @@
+#include "core/cvdata/MatView.h"
+#include "support/Output.h"
+
+#include <type_traits>
+#include <utility>
+
+using namespace tarvos::core::cvdata;
+
+namespace {
+
+TEST(MatViewTest, SharesThePixelsWhateverTheRegionOfInterest) {
+    Image image(6, 5, Image::CHANNELS_BGR, Image::BITS_16U);
+    cvSetImageROI(image.iplImage(), cvRect(1, 1, 2, 2));
+    matView(image).setTo(cv::Scalar(1, 2, 3));
+    EXPECT_EQ(matView(std::as_const(image)).at<cv::Vec3w>(4, 5), cv::Vec3w(1, 2, 3));
+    const Image empty;
+    EXPECT_TRUE(matView(empty).empty());
+}
+
+template <typename T>
+using ViewOf = decltype(matView(std::declval<T>()));
+template <typename T, typename = void>
+constexpr bool HAS_VIEW = false;
+template <typename T>
+constexpr bool HAS_VIEW<T, std::void_t<ViewOf<T>>> = true;
+
+TEST(MatViewTest, IsRefusedForATemporary) {
+    EXPECT_TRUE(HAS_VIEW<Image&> && HAS_VIEW<const Image&>);
+    EXPECT_FALSE(HAS_VIEW<Image>);
+    EXPECT_FALSE(HAS_VIEW<const Image>);
+}
+
+TEST(ImageOfTest, CopiesAPartOfAMat) {
+    const cv::Mat pixels(5, 6, CV_8UC4, cv::Scalar(1, 2, 3, 4));
+    const Image part = imageOf(pixels(cv::Rect(2, 1, 3, 2)));
+    EXPECT_EQ(part.width(), 3);
+    EXPECT_EQ(part.channels(), Image::CHANNELS_BGRA);
+    EXPECT_EQ(matView(part).at<cv::Vec4b>(1, 2), cv::Vec4b(1, 2, 3, 4));
+    EXPECT_TRUE(imageOf(cv::Mat()).empty());
+}
+
+TEST(ImageOfTest, StopsOnHalfFloats) {
+    EXPECT_DEATH(imageOf(cv::Mat(2, 2, CV_16F)), "This depth is not implemented!");
+}
+
+}  // namespace

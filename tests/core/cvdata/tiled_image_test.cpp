@@ -1,0 +1,82 @@
+#include "core/cvdata/MatView.h"
+#include "core/cvdata/TiledImage.h"
+#include "support/Output.h"
+
+#include <cstdint>
+#include <memory>
+#include <new>
+#include <tuple>
+
+using namespace tarvos::core::cvdata;
+
+namespace {
+
+struct TiledImageTest : testing::Test {
+    TiledImage mosaic{2, 3, 161, 120, Image::CHANNELS_BGR, Image::BITS_8U};
+    Image cell{161, 120, Image::CHANNELS_BGR, Image::BITS_8U};
+};
+
+TEST_F(TiledImageTest, IsOneImageOfAllCells) {
+    EXPECT_EQ(mosaic.width(), 483);
+    EXPECT_EQ(mosaic.height(), 240);
+    EXPECT_EQ(mosaic.widthStep(), 1452);
+    EXPECT_EQ(mosaic.type(), CvData::REPR_IMAGE);
+}
+
+TEST_F(TiledImageTest, ACellTakesAnImageAndTheOthersStay) {
+    matView(mosaic).setTo(cv::Scalar::all(0));
+    matView(cell).setTo(cv::Scalar::all(9));
+    cvSetImageROI(mosaic.iplImage(), cvRect(1, 1, 2, 2));
+    mosaic.setCellImage(1, 2, &cell);
+    EXPECT_EQ(mosaic.iplImage()->roi, nullptr);
+    cv::Mat expected = cv::Mat::zeros(240, 483, CV_8UC3);
+    expected(cv::Rect(322, 120, 161, 120)).setTo(cv::Scalar::all(9));
+    EXPECT_EQ(cv::norm(matView(mosaic), expected, cv::NORM_INF), 0.0);
+}
+
+TEST_F(TiledImageTest, AnotherDepthOrNumberOfChannelsIsOpencvsErrorAndChangesNoPixel) {
+    matView(mosaic).setTo(cv::Scalar::all(7));
+    Image deep(161, 120, Image::CHANNELS_BGR, Image::BITS_16U), grey(161, 120, Image::CHANNELS_GRAY, Image::BITS_8U);
+    for (Image* other : {&deep, &grey})
+        EXPECT_THROW(mosaic.setCellImage(0, 0, other), cv::Exception);
+    EXPECT_EQ(cv::mean(matView(mosaic)), cv::Scalar(7, 7, 7));
+}
+
+TEST_F(TiledImageTest, AssignmentTakesTheGridAndTheStrideOfTheSource) {
+    TiledImage target(1, 1, 7, 5, Image::CHANNELS_GRAY, Image::BITS_32F);
+    target.setTimeStamp(9);
+    target = mosaic;
+    target.setCellImage(1, 2, &cell);
+    EXPECT_EQ(target.widthStep(), mosaic.widthStep());
+    EXPECT_EQ(target.getTimeStamp(), 9);
+}
+
+TEST_F(TiledImageTest, CloneIsAPlainImage) {
+    EXPECT_EQ(dynamic_cast<TiledImage*>(std::unique_ptr<Image>(mosaic.clone()).get()), nullptr);
+}
+
+TEST_F(TiledImageTest, ImpossibleSizesAreAnAllocationFailure) {
+    for (const std::size_t rows : {SIZE_MAX, SIZE_MAX / 120, std::size_t{1} << 31})
+        EXPECT_THROW(TiledImage(rows, 3, 160, 120, Image::CHANNELS_BGR, Image::BITS_8U), std::bad_alloc);
+}
+
+TEST_F(TiledImageTest, StopsOnAWrongCell) {
+    Image wide(162, 120, Image::CHANNELS_BGR, Image::BITS_8U), high(161, 121, Image::CHANNELS_BGR, Image::BITS_8U);
+    const std::tuple<std::size_t, std::size_t, Image*, std::string> cases[] = {
+        {2, 0, &cell, "(cellRow < mRows) && \"cell row index is out of range\""},
+        {0, 3, &cell, "(cellCol < mCols) && \"cell col index is out of range\""},
+        {0, 0, nullptr, "img != __null"},
+        {0, 0, &wide, "img->width() == mCellWidth"},
+        {0, 0, &high, "img->height() == mCellHeight"}};
+    for (const auto& [row, col, image, condition] : cases)
+        EXPECT_CONTRACT(mosaic.setCellImage(row, col, image), "TiledImage::setCellImage", condition);
+}
+
+TEST_F(TiledImageTest, StopsWhereTheGridNoLongerFitsTheImage) {
+    static_cast<Image&>(mosaic) = cell;
+    EXPECT_DEATH(mosaic.setCellImage(0, 0, &cell), "resized through its base");
+    const TiledImage moved(std::move(mosaic));
+    EXPECT_DEATH(mosaic.setCellImage(0, 0, &cell), "resized through its base");
+}
+
+}  // namespace
