@@ -1,5 +1,5 @@
 /// @file
-/// A program that only uses OpenCV's core; see process_benchmark.
+/// A program that only uses OpenCV's core; see start_benchmark.
 
 #include <opencv2/core.hpp>
 

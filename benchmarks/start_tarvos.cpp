@@ -1,5 +1,5 @@
 /// @file
-/// A program that only reads its command line; see process_benchmark.
+/// A program that only reads its command line; see start_benchmark.
 
 #include <tarvos/core/parser/CmdLineParser.h>
 

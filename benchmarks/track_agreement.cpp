@@ -1,18 +1,18 @@
 /// @file
 /// Compares a track with an independent rule for skin, `track_agreement VIDEO track.csv`: in how many frames the
-/// tracked box overlaps the box of all visible skin, and how often the tracked centre leaves it. Fails below the
+/// tracked box overlaps the box of the visible skin, and how often the tracked centre leaves it. Fails below the
 /// goal: an intersection over union of 0.7 in 90 % of the frames, and no centre outside.
 
 #include "FrameSource.h"
-#include "Regions.h"
+#include "tracking/Regions.h"
 
 #include <opencv2/imgproc.hpp>
 #include <tarvos/core/cvdata/MatView.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <fstream>
 #include <iostream>
-#include <sstream>
 #include <stdexcept>
 #include <vector>
 
@@ -23,21 +23,16 @@ using tarvos::core::cvdata::Image;
 
 constexpr double GOOD_OVERLAP = 0.7;
 constexpr double GOOD_SHARE = 0.9;
-/// Regions up to this share of the picture are specks.
-constexpr double SPECK = 0.001;
 
-/// The box of the skin by a rule of thumb on chrominance that the tracker does not use.
+/// The box of the largest region of skin by a rule of thumb on chrominance that the tracker does not use.
 cv::Rect visibleSkin(const Image& frame) {
     cv::Mat chrominance;
     cv::Mat mask;
     cv::cvtColor(matView(frame), chrominance, cv::COLOR_BGR2YCrCb);
     cv::inRange(chrominance, cv::Scalar(0, 135, 85), cv::Scalar(255, 180, 135), mask);
     cv::morphologyEx(mask, mask, cv::MORPH_OPEN, cv::getStructuringElement(cv::MORPH_ELLIPSE, cv::Size(5, 5)));
-    const skin_tracker::Regions regions(mask, SPECK * static_cast<double>(mask.total()));
-    cv::Rect box;
-    for (const auto& blob : regions.blobs().mBlobs)
-        box |= skin_tracker::boxOf(blob);
-    return box;
+    const skin_tracker::Regions regions(mask, 0.0);
+    return regions.largest() != nullptr ? skin_tracker::boxOf(*regions.largest()) : cv::Rect();
 }
 
 struct Row {
@@ -52,13 +47,9 @@ std::vector<Row> readTrack(const std::string& path) {
         throw std::runtime_error(path + " is no track");
     std::vector<Row> rows;
     while (std::getline(file, line)) {
-        std::istringstream fields(line);
-        std::string field;
-        double values[6] = {};
-        for (double& value : values)
-            if (std::getline(fields, field, ',') && !field.empty())
-                value = std::stod(field);
-        rows.push_back({values[2], values[3], values[4], values[5]});
+        Row row{};
+        std::sscanf(line.c_str(), "%*[^,],%*[^,],%lf,%lf,%lf,%lf", &row.x, &row.y, &row.width, &row.height);
+        rows.push_back(row);
     }
     return rows;
 }
@@ -68,9 +59,7 @@ int compare(const std::string& video, const std::string& track) {
     const std::vector<Row> rows = readTrack(track);
     int good = 0;
     int outside = 0;
-    double worst = 1.0;
-    std::ptrdiff_t worstFrame = 0;
-    double sum = 0.0;
+    double worst = 1.0, sum = 0.0;
     Image frame;
     for (const Row& row : rows) {
         if (!source->read(frame))
@@ -80,28 +69,23 @@ int compare(const std::string& video, const std::string& track) {
         const double overlap = (skin & box).area() / (skin.area() + box.area() - (skin & box).area());
         good += overlap >= GOOD_OVERLAP ? 1 : 0;
         outside += skin.contains({row.x, row.y}) ? 0 : 1;
-        if (overlap < worst) {
-            worst = overlap;
-            worstFrame = &row - rows.data();
-        }
+        worst = std::min(worst, overlap);
         sum += overlap;
     }
     const double count = static_cast<double>(rows.size());
     std::cout << "frames: " << rows.size() << "\nintersection over union at least " << GOOD_OVERLAP << ": "
               << 100.0 * good / count << " % of the frames\nmean intersection over union: " << sum / count
-              << "\nleast intersection over union: " << worst << " in frame " << worstFrame
-              << "\nframes with the centre outside: " << outside << std::endl;
+              << "\nleast intersection over union: " << worst << "\nframes with the centre outside: " << outside
+              << std::endl;
     return good >= GOOD_SHARE * count && outside == 0 && !rows.empty() ? 0 : 1;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::cerr << "usage: track_agreement VIDEO track.csv" << std::endl;
-        return 2;
-    }
     try {
+        if (argc != 3)
+            throw std::runtime_error("usage: track_agreement VIDEO track.csv");
         return compare(argv[1], argv[2]);
     } catch (const std::exception& error) {
         std::cerr << "track_agreement: " << error.what() << std::endl;

@@ -2,15 +2,14 @@
 /// How long the tracker of skin_tracker takes for a frame of the real video, decoding apart, beside OpenCV's CamShift
 /// with the conversion and the back-projection that it needs.
 
-#include "Comparison.h"
+#include "Compare.h"
 #include "FrameSource.h"
-#include "Tracker.h"
+#include "tracking/Tracker.h"
 
 #include <opencv2/imgproc.hpp>
 #include <opencv2/video/tracking.hpp>
 #include <tarvos/core/cvdata/MatView.h>
 
-#include <iostream>
 #include <memory>
 #include <stdexcept>
 #include <vector>
@@ -19,7 +18,6 @@ namespace {
 
 using tarvos::core::cvdata::Image;
 
-constexpr double FRAME_RATE = 25.0;
 constexpr int FRAMES = 60;
 
 /// Hands out the first frames of the video, forward and back so that the motion has no jump.
@@ -38,7 +36,7 @@ public:
         const std::size_t place = mNext++ % (2 * mFrames.size() - 2);
         return mFrames[place < mFrames.size() ? place : 2 * mFrames.size() - 2 - place];
     }
-    double time() const { return static_cast<double>(mNext) / FRAME_RATE; }
+    double time() const { return static_cast<double>(mNext) / 25.0; }
 
 private:
     std::vector<Image> mFrames;
@@ -52,11 +50,12 @@ public:
         for (int i = 0; i < FRAMES; ++i)
             process();
     }
-    void process() {
+    bool process() {
         const Image& frame = mFrames.next();
         mTracker.process(frame, mFrames.time());
         if (!mTracker.found())
             throw std::runtime_error("the hand was lost");
+        return true;
     }
     cv::Rect box() const { return mTracker.motion().box(); }
 
@@ -75,13 +74,14 @@ public:
         cv::calcHist(&hue, 1, &CHANNEL, mColoured(mBox), mHistogram, 1, &BINS, &mHues);
         cv::normalize(mHistogram, mHistogram, 0, 255, cv::NORM_MINMAX);
     }
-    void process() {
+    int process() {
         convert();
         cv::calcBackProject(&mHue, 1, &CHANNEL, mHistogram, mLikely, &mHues);
         mLikely &= mColoured;
         cv::CamShift(mLikely, mBox, cv::TermCriteria(cv::TermCriteria::EPS | cv::TermCriteria::COUNT, 10, 1));
         if (mBox.area() <= 1)
             throw std::runtime_error("CamShift has lost the hand");
+        return mBox.area();
     }
 
 private:
@@ -105,16 +105,17 @@ void compareAt(const cv::Size& size) {
     const auto frames = std::make_shared<Frames>(size);
     const auto tracked = std::make_shared<Tracked>(*frames);
     const auto camShift = std::make_shared<CamShift>(*frames, tracked->box());
-    comparison::compare(
-        cv::format("Tracker, a frame of %dx%d", size.width, size.height), "cv::CamShift", 2.0,
-        [=, keptAlive = frames] { tracked->process(); }, [=, keptAlive = frames] { camShift->process(); });
+    compare(
+        cv::format("Tracker on a frame of %dx%d", size.width, size.height), "cv::CamShift",
+        [=, keptAlive = frames] { return tracked->process(); },
+        [=, keptAlive = frames] { return camShift->process(); });
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    std::cout.setstate(std::ios_base::badbit);  // the skin model prints
     compareAt({640, 480});
     compareAt({1920, 1440});
-    return comparison::run(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
 }

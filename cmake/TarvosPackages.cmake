@@ -47,7 +47,7 @@ set(CPACK_DEBIAN_DOCUMENTATION_DESCRIPTION "visual tracking framework, reference
 ${_about}
 This package contains the reference and the guides as HTML.")
 
-# What every Debian package holds besides: its copyright, its changelog, and why lintian is overruled.
+# In every Debian package: its copyright and its changelog.
 find_program(GZIP gzip REQUIRED)
 file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/debian)
 execute_process(COMMAND ${GZIP} -9nc ${PROJECT_SOURCE_DIR}/CHANGELOG.md
@@ -61,10 +61,9 @@ foreach(component Runtime Development Documentation)
   install(FILES ${CMAKE_CURRENT_LIST_DIR}/debian/copyright ${PROJECT_BINARY_DIR}/debian/changelog.gz
     ${PROJECT_BINARY_DIR}/debian/changelog.Debian.gz
     DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${_package} COMPONENT ${component})
-  configure_file(${CMAKE_CURRENT_LIST_DIR}/debian/overrides.${component} ${PROJECT_BINARY_DIR}/debian/${_package} COPYONLY)
-  install(FILES ${PROJECT_BINARY_DIR}/debian/${_package}
-    DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides COMPONENT ${component})
 endforeach()
+install(FILES ${CMAKE_CURRENT_LIST_DIR}/debian/overrides RENAME ${_runtime}
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides COMPONENT Runtime)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/build/docs/html
   DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libtarvos-doc COMPONENT Documentation
   PATTERN "*.md5" EXCLUDE

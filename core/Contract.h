@@ -15,8 +15,9 @@ namespace tarvos::core {
 
 /// Stops the process unless the condition holds. A message is joined to the condition as a literal:
 /// `TARVOS_REQUIRE((row < rows()) && "row index is out of range")`. The diagnostic prints the condition as it reads
-/// after macro expansion, hence the second macro.
+/// after macro expansion, hence the next macro.
 #define TARVOS_REQUIRE(...) TARVOS_REQUIRE_EXPANDED(__VA_ARGS__)
+/// TARVOS_REQUIRE, after its macros were expanded.
 #define TARVOS_REQUIRE_EXPANDED(...) \
     (static_cast<bool>(__VA_ARGS__)  \
          ? static_cast<void>(0)      \

@@ -46,7 +46,7 @@ void printLimit(const char* label, GLenum limit) {
     report(std::cout, label + std::to_string(value));
 }
 
-/// The limit of assembly programs; 0 if the driver has none and thus lacks the entry point.
+/// 0 if the driver has no assembly programs, and thus no entry point.
 void printProgramLimit(const char* label, GLenum limit) {
     GLint value = 0;
     if (glGetProgramivARB != nullptr)

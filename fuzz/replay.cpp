@@ -1,6 +1,6 @@
 /// @file
-/// Runs a fuzz target without a fuzzer, `TARGET DIRECTORY COUNT`: over the files in a directory, and over as many
-/// made-up inputs, which are always the same.
+/// Runs a fuzz target without a fuzzer, `TARGET DIRECTORY COUNT`: over the files in a directory, and over COUNT random
+/// inputs, which are always the same.
 
 #include "Input.h"
 

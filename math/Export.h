@@ -1,5 +1,9 @@
 #pragma once
 
+#if __cplusplus < 201703L
+#error "Tarvos needs C++17 or newer: compile with -std=c++17"
+#endif
+
 /// @file
 /// Symbol visibility of the math library.
 

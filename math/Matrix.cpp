@@ -2,7 +2,7 @@
 
 #include "math/EigenMap.h"
 
-#include <algorithm>
+#include <cmath>
 #include <limits>
 #include <new>
 #include <ostream>
@@ -20,7 +20,10 @@ Matrix::Matrix(unsigned int rows, unsigned int cols) : mRows(rows), mCols(cols) 
 }
 
 void Matrix::fill(double value) {
-    std::fill(begin(), end(), value);
+    if (value == 0.0 && !std::signbit(value))
+        eigenMap(*this).setZero();  // twice as fast in large histograms
+    else
+        eigenMap(*this).setConstant(value);
 }
 
 void Matrix::throwOutOfRange(unsigned int row, unsigned int col) const {

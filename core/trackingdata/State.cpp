@@ -7,13 +7,6 @@
 
 namespace tarvos::core {
 
-namespace {
-
-/// The order that stands for the whole state.
-constexpr int WHOLE = -1;
-
-}  // namespace
-
 State::State(const cvdata::Pose& pose, int maxOrder) : TrackingData(0.0), mPose(pose.clone()) {
     TARVOS_REQUIRE((mPose != NULL) && "State: the pose's clone() returned null.");
     if (maxOrder > 1)
@@ -74,7 +67,7 @@ const math::Vector& State::derivative(int order) const {
 
 void State::setDataFromVector(const math::Vector& stateData, int order) {
     const auto pdim = static_cast<unsigned int>(poseDimension());
-    if (order == WHOLE) {
+    if (order == -1) {
         const auto sdim = static_cast<unsigned int>(stateDimension());
         TARVOS_REQUIRE((sdim == stateData.dimension()) && "ERROR: state dimension does not match the input vector!");
         mPose->setData(math::Vector::of(stateData.data(), pdim));
@@ -92,7 +85,7 @@ void State::setDataFromVector(const math::Vector& stateData, int order) {
 
 void State::setIncDataFromVector(const math::Vector& stateIncData, int order) {
     const auto pdim = static_cast<unsigned int>(poseDoF());
-    if (order == WHOLE) {
+    if (order == -1) {
         const auto sdim = static_cast<unsigned int>(stateIncDimension());
         TARVOS_REQUIRE((sdim == stateIncData.dimension()) &&
                        "ERROR: incremental state dimension does not match the input vector!");
@@ -111,7 +104,7 @@ void State::setIncDataFromVector(const math::Vector& stateIncData, int order) {
 }
 
 void State::getStateIncData(math::Vector& stateIncData, int order) const {
-    if (order == WHOLE) {
+    if (order == -1) {
         const auto sdim = static_cast<unsigned int>(stateIncDimension());
         TARVOS_REQUIRE((sdim == stateIncData.dimension()) &&
                        "ERROR: incremental state dimension does not match the input vector!");

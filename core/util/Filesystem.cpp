@@ -66,21 +66,21 @@ void copyFile(const std::string& from, const std::string& to) {
     requireName(from);
     requireName(to);
     std::error_code error = std::make_error_code(std::errc::invalid_argument);
-    std::ifstream source(fs::is_regular_file(from) ? from : "", std::ios::binary);
+    const fs::file_status status = fs::status(from);
+    std::ifstream source(fs::is_regular_file(status) ? from : "", std::ios::binary);
     if (!source.is_open() || fs::exists(fs::symlink_status(to)))
         throw fs::filesystem_error("cannot copy", from, to, error);
     fs::copy_file(from, to, error);
-    if (error == std::errc::file_exists)
-        throw fs::filesystem_error("cannot copy", from, to, error);
     // GCC 12 copies nothing of a file in /proc, which states no size.
     const bool isMissed = !error && fs::is_empty(to, error) && source.peek() != std::ifstream::traits_type::eof();
     if (isMissed && !(std::ofstream(to, std::ios::binary) << source.rdbuf()).flush())
         error = std::make_error_code(std::errc::io_error);
     if (!error)  // without a set-user-id bit
-        fs::permissions(to, fs::status(from).permissions() & fs::perms::all, error);
+        fs::permissions(to, status.permissions() & fs::perms::all, error);
     if (error) {
         std::error_code ignored;
-        fs::remove(to, ignored);
+        if (error != std::errc::file_exists)
+            fs::remove(to, ignored);
         throw fs::filesystem_error("cannot copy", from, to, error);
     }
 }

@@ -13,8 +13,7 @@ using tarvos::math::Vector4;
 
 int main() {
     //! [mixture]
-    ColorGMM skin(2, 2);
-    skin.initSkinDistribution();
+    const ColorGMM skin = ColorGMM::skin();
     for (const auto& component : skin.mMixtures)
         std::cout << component->mWeight << " at " << component->mMean << std::endl;
     //! [mixture]

@@ -17,7 +17,7 @@ using tarvos::core::cvdata::Image;
 using tarvos::core::cvdata::VectorPose;
 using tarvos::math::Vector;
 
-/// The density of the skin model at one colour.
+/// The density of the skin model at a colour.
 double likelihood(const ColorGMM& skin, double hue, double saturation) {
     double sum = 0.0;
     for (const auto& component : skin.mMixtures) {
@@ -32,8 +32,7 @@ double likelihood(const ColorGMM& skin, double hue, double saturation) {
     return sum;
 }
 
-/// Paints the skin in the image green and returns how many pixels that were and, in centre, where
-/// their middle is.
+/// Paints the skin in the image green. Returns the number of its pixels and, in centre, their mean.
 int markSkin(Image& image, const ColorGMM& skin, Vector& centre) {
     cv::Mat pixels = matView(image);  // a view: nothing is copied
     cv::Mat hsv;
@@ -57,38 +56,35 @@ int markSkin(Image& image, const ColorGMM& skin, Vector& centre) {
 }
 
 int main(int argc, char** argv) {
-    ColorGMM skin(2, 2);
-    skin.initSkinDistribution();
-
-    State hand(VectorPose(2), 2);  // place (x and y in pixels) and velocity
+    const ColorGMM skin = ColorGMM::skin();
+    State hand(VectorPose(2), 2);  // position (x and y in pixels) and velocity
     const double dt = 1.0 / 25.0;
     for (int frame = 1; frame < argc; ++frame) {
-        Image image{std::string(argv[frame])};
+        Image image = std::string(argv[frame]);
         if (image.empty())
-            return 1;  // Image has said why
+            return 1;  // Image has reported it
 
-        // Predict: the place moves on by the velocity.
-        Vector place(2);
-        Vector velocity(2);
-        hand.getStateIncData(place, 0);
-        hand.getStateIncData(velocity, 1);
+        // Predict: the position changes by the velocity.
+        Vector position(2);
+        hand.getPoseData(position);
+        Vector velocity = hand.derivative(1);
         for (unsigned int i = 0; i < 2; ++i)
-            place[i] += velocity[i] * dt;
+            position[i] += velocity[i] * dt;
 
-        // Correct: half of what is seen beside the prediction goes into the place, a part into the
-        // velocity.
-        Vector seen(2);
-        if (markSkin(image, skin, seen) > 0) {
+        // Correct: half of the difference between measurement and prediction goes into the position,
+        // a part of it into the velocity.
+        Vector measured(2);
+        if (markSkin(image, skin, measured) > 0) {
             for (unsigned int i = 0; i < 2; ++i) {
-                const double error = seen[i] - place[i];
-                place[i] += (frame == 1 ? 1.0 : 0.5) * error;
+                const double error = measured[i] - position[i];
+                position[i] += (frame == 1 ? 1.0 : 0.5) * error;
                 velocity[i] += frame == 1 ? 0.0 : 0.2 * error / dt;
             }
         }
-        hand.setIncDataFromVector(place, 0);
+        hand.setIncDataFromVector(position, 0);
         hand.setIncDataFromVector(velocity, 1);
         hand.setTimeStamp(frame * dt);
-        std::cout << "at " << hand.getTimeStamp() << " s: place " << place << " px, velocity "
+        std::cout << "at " << hand.getTimeStamp() << " s: position " << position << " px, velocity "
                   << velocity << " px/s\n";
         if (frame == argc - 1 && !image.save("skin.png"))
             return 1;

@@ -17,7 +17,7 @@ int invert(const std::string& path) {
     //! [image]
     Image image(path);
     if (image.empty())
-        return 1;                               // standard error tells why
+        return 1;                               // which has been reported
     cvNot(image.iplImage(), image.iplImage());  // OpenCV, C
     cv::Mat view = matView(image);              // OpenCV, C++: nothing is copied
     cv::flip(view, view, 1);

@@ -15,17 +15,17 @@ int main() {
     //! [matrix]
     Matrix matrix(2, 3);
     matrix(1, 2) = 4.0;
-    eigenMap(matrix) *= 2.0;             // with math/EigenMap.h, for which Eigen must be there
+    eigenMap(matrix) *= 2.0;             // with math/EigenMap.h, which needs Eigen
     std::cout << matrix << std::endl;    // [0, 0, 0] and [0, 0, 8] on two lines
     for (const double element : matrix)  // row by row
         std::cout << element << ' ';
     //! [matrix]
 
     //! [vector]
-    Vector place = Vector::of(12.5, 7);
-    place[1] += 0.5;  // not checked
-    eigenMap(place) += eigenMap(Vector::of(1, 1));
-    std::cout << place << std::endl;  // [13.5, 8.5]
+    Vector position = Vector::of(12.5, 7);
+    position[1] += 0.5;  // not checked
+    eigenMap(position) += eigenMap(Vector::of(1, 1));
+    std::cout << position << std::endl;  // [13.5, 8.5]
     //! [vector]
 
     SquareMatrix covariance(2);
@@ -33,5 +33,5 @@ int main() {
     //! [inverse]
     const SquareMatrix inverse = covariance.invert(Matrix::INVERSION_LU);
     //! [inverse]
-    return (eigenMap(covariance) * eigenMap(inverse)).isIdentity() && place[0] == 13.5 ? 0 : 1;
+    return (eigenMap(covariance) * eigenMap(inverse)).isIdentity() && position[0] == 13.5 ? 0 : 1;
 }

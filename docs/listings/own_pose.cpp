@@ -55,7 +55,7 @@ private:
 };
 
 int main() {
-    StickPose pose;
+    const StickPose pose;
     State stick(pose, 2);
     Vector whole(6);  // x, y, angle, and their velocities
     whole[2] = 0.5;
@@ -64,9 +64,5 @@ int main() {
 
     Vector data(4);
     stick.getPoseData(data);
-    State copy(pose, 2);
-    copy = stick;
-    copy.getStateIncData(whole, -1);
-    std::cout << data << '\n' << whole << '\n';
-    return std::abs(data[2] - std::cos(0.5)) < 1e-12 && whole[2] == 0.5 && whole[5] == 0.1 ? 0 : 1;
+    std::cout << data << std::endl;
 }

@@ -15,7 +15,7 @@ using tarvos::core::util::Resources;
 
 namespace {
 
-int framesOf(int argc, char** argv) {
+int parseFrames(int argc, char** argv) {
     //! [parser]
     CmdLineParser parser(argc, argv);
     parser.setAppDescription("Face tracking demo");
@@ -23,8 +23,8 @@ int framesOf(int argc, char** argv) {
     parser.addOption("frames", "number of frames", "100", false);
     parser.parse();
     for (const std::string& word : parser.unknownWords())
-        std::cerr << "there is no " << word << ", see -help" << std::endl;
-    const int frames = parser.getValueInt("frames");
+        std::cerr << "unknown option " << word << ", see -help" << std::endl;
+    const int frames = parser.value<int>("frames").value_or(100);
     //! [parser]
     return frames;
 }
@@ -51,7 +51,7 @@ int saveTrack() {
     try {
         Filesystem::cp("track.csv", "backup/track.csv");
     } catch (const tarvos::core::Exception&) {
-        return 1;  // standard error tells: "Exception Msg: Filesystem exception: cp(track.csv, ..."
+        return 1;  // on standard error: "Exception Msg: Filesystem exception: cp(track.csv, ..."
     }
     //! [exception]
     return 0;
@@ -65,6 +65,6 @@ int main(int argc, char** argv) {
     Filesystem::mkdir("backup");
     std::ofstream("frames/1.png") << "a picture";
     backUp();
-    std::cout << framesOf(argc, argv) << " frames; found: " << find() << std::endl;
+    std::cout << parseFrames(argc, argv) << " frames; found: " << find() << std::endl;
     return Filesystem::exists("backup/1.png") && saveTrack() == 1 ? 0 : 1;
 }

@@ -8,5 +8,5 @@ using tarvos::core::cvdata::Image;
 int main() {
     const Image image(320, 240, Image::CHANNELS_BGR, Image::BITS_8U);
     cvSet(image.iplImage(), cvScalar(110, 143, 201));  // OpenCV works on the image's own pixels
-    std::cout << "the first pixel's blue is " << int(image.imageBuffer()[0]) << std::endl;
+    std::cout << "the first pixel's blue is " << int(image.row(0)[0]) << std::endl;
 }

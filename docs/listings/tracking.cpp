@@ -29,7 +29,7 @@ int main() {
     State target(BoxPose(), 2);  // with velocity: D = F = 4
     Vector packed(8);            // box | velocity, target.stateIncDimension() elements
     target.getStateIncData(packed, -1);
-    packed[4] = 12.5;  // pixels a second to the right
+    packed[4] = 12.5;  // pixels per second to the right
     target.setIncDataFromVector(packed, -1);
     //! [state]
     target.setPoseData(Vector::of(160, 120, 40, 30));

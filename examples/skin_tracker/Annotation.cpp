@@ -22,7 +22,7 @@ cv::Point pixel(const tarvos::math::Vector4& sample) {
 
 }  // namespace
 
-void Annotation::follow(const Tracker& tracker) {
+void Annotation::draw(const Tracker& tracker, tarvos::core::cvdata::Image& frame) {
     if (!tracker.tracking()) {
         mTrail.clear();
         return;
@@ -30,11 +30,6 @@ void Annotation::follow(const Tracker& tracker) {
     mTrail.emplace_back(tracker.motion().centre());
     if (mTrail.size() > TRAIL_LENGTH)
         mTrail.pop_front();
-}
-
-void Annotation::draw(const Tracker& tracker, tarvos::core::cvdata::Image& frame) const {
-    if (!tracker.tracking())
-        return;
     cv::Mat pixels = matView(frame);
     for (const auto& edge : tracker.outline().mEdges)
         cv::line(pixels, pixel(edge.mPointRefs.front()->mVec4), pixel(edge.mPointRefs.back()->mVec4), GREEN, 2);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Tracker.h"
+#include "tracking/Tracker.h"
 
 #include <opencv2/core.hpp>
 #include <tarvos/core/cvdata/Image.h>
@@ -13,10 +13,9 @@ namespace skin_tracker {
 /// trail of the last centres.
 class Annotation {
 public:
-    /// Lengthens the trail by where @p tracker sees the hand. To be called for every frame.
-    void follow(const Tracker& tracker);
-    void draw(const Tracker& tracker, tarvos::core::cvdata::Image& frame) const;
-    /// A line @p width pixels wide that tells what the colours mean.
+    /// Draws into @p frame; to be called for every frame.
+    void draw(const Tracker& tracker, tarvos::core::cvdata::Image& frame);
+    /// A legend of the colours, @p width pixels wide.
     static cv::Mat legend(int width);
 
 private:

@@ -99,7 +99,7 @@ public:
             if (mSize.empty())
                 mSize = cv::Size(loaded.width(), loaded.height());
             if (mSize == cv::Size(loaded.width(), loaded.height())) {
-                frame = std::move(loaded);
+                frame = loaded;
                 return true;
             }
             std::cerr << "skin_tracker: passed over " + path +

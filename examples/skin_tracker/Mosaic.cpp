@@ -37,9 +37,10 @@ void Mosaic::add(const Image& frame, const std::string& caption) {
     mKept.push_back(std::move(cell));
 
     if (mKept.size() == MOST_KEPT) {
-        for (std::size_t i = 1; 2 * i < MOST_KEPT; ++i)
-            mKept[i] = std::move(mKept[2 * i]);
-        mKept.resize(MOST_KEPT / 2);
+        std::vector<Image> everySecond;
+        for (std::size_t i = 0; i < MOST_KEPT; i += 2)
+            everySecond.push_back(std::move(mKept[i]));
+        mKept = std::move(everySecond);
         mStride *= 2;
     }
 }

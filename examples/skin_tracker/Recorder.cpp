@@ -3,6 +3,8 @@
 #include <opencv2/core.hpp>
 #include <tarvos/core/cvdata/MatView.h>
 
+#include <iomanip>
+#include <locale>
 #include <stdexcept>
 
 namespace skin_tracker {
@@ -14,12 +16,13 @@ using tarvos::core::cvdata::TiledImage;
 
 constexpr const char* TABLE = "track.csv";
 constexpr const char* MOSAIC = "mosaic.png";
-constexpr const char* PLOT = "track.png";
 constexpr const char* VIDEO = "track.avi";
 
 }  // namespace
 
 Recorder::Recorder(const std::string& output, double videoRate) : mResults(output) {
+    mTable.imbue(std::locale::classic());
+    mTable << "frame,time,x,y,width,height,vx,vy,blobs,area,found\n" << std::fixed;
     if (videoRate > 0.0)
         mVideo.emplace(mResults.partOf(VIDEO), videoRate);
 }
@@ -27,9 +30,16 @@ Recorder::Recorder(const std::string& output, double videoRate) : mResults(outpu
 void Recorder::add(int number, double time, const Tracker& tracker, Image& frame) {
     ++mFrames;
     mFound += tracker.found() ? 1 : 0;
-    mTable.add(number, time, tracker);
-    mPlot.add(time, tracker, {frame.width(), frame.height()});
-    mAnnotation.follow(tracker);
+    mTable << number << ',' << std::setprecision(4) << time << std::setprecision(2);
+    if (tracker.tracking()) {
+        const cv::Rect2d box = tracker.motion().box();
+        const cv::Point2d centre = tracker.motion().centre(), velocity = tracker.motion().velocity();
+        mTable << ',' << centre.x << ',' << centre.y << ',' << box.width << ',' << box.height << ',' << velocity.x
+               << ',' << velocity.y;
+    } else {
+        mTable << ",,,,,,";
+    }
+    mTable << ',' << tracker.blobs().dimension() << ',' << tracker.area() << ',' << tracker.found() << '\n';
     mAnnotation.draw(tracker, frame);
     mMosaic.add(frame, cv::format("frame %d, %.2f s", number, time));
     if (mVideo)
@@ -39,18 +49,13 @@ void Recorder::add(int number, double time, const Tracker& tracker, Image& frame
 std::vector<std::string> Recorder::publish() {
     if (mVideo)
         mVideo->finish();
-    mResults.write(TABLE, mTable.text());
+    mResults.write(TABLE, mTable.str());
     const TiledImage mosaic = mMosaic.compose();
     cv::Mat withLegend;
     cv::vconcat(matView(mosaic), Annotation::legend(mosaic.width()), withLegend);
-    write(MOSAIC, tarvos::core::cvdata::imageOf(withLegend));
-    write(PLOT, mPlot.draw());
-    return mResults.publish({TABLE, MOSAIC, PLOT, VIDEO});
-}
-
-void Recorder::write(const std::string& name, const Image& image) {
-    if (!image.save(mResults.partOf(name)))
-        throw std::runtime_error("cannot write " + name + ": is the disk full?");
+    if (!tarvos::core::cvdata::imageOf(withLegend).save(mResults.partOf(MOSAIC)))
+        throw std::runtime_error(std::string("cannot write ") + MOSAIC + ": is the disk full?");
+    return mResults.publish({TABLE, MOSAIC, VIDEO});
 }
 
 }  // namespace skin_tracker

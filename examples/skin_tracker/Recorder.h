@@ -2,20 +2,22 @@
 
 #include "Annotation.h"
 #include "Mosaic.h"
-#include "Plot.h"
 #include "Results.h"
-#include "Table.h"
-#include "Tracker.h"
 #include "VideoFile.h"
+#include "tracking/Tracker.h"
 
 #include <optional>
+#include <sstream>
 #include <string>
 #include <vector>
 
 namespace skin_tracker {
 
-/// Turns a track into its results: a table, a picture of it over time, a mosaic of
-/// annotated frames and, where it is wanted, an annotated video.
+/// Turns a track into its results: a table, a mosaic of annotated frames and, if wanted, an annotated video.
+///
+/// The table has comma-separated columns and a row per frame: frame number, time in seconds, centre x and y, width and
+/// height in pixels, velocity vx and vy in pixels per second, the number of regions, the area in pixels, and whether
+/// the hand was found. Without a track the columns from x to vy are empty.
 class Recorder {
 public:
     /// Records for @p output. A video is written as well if @p videoRate, in frames a second, is above 0.
@@ -35,13 +37,10 @@ private:
     Results mResults;
     Annotation mAnnotation;
     Mosaic mMosaic;
-    Plot mPlot;
-    Table mTable;
+    std::ostringstream mTable;
     std::optional<VideoFile> mVideo;
     int mFrames = 0;
     int mFound = 0;
-
-    void write(const std::string& name, const tarvos::core::cvdata::Image& image);
 };
 
 }  // namespace skin_tracker

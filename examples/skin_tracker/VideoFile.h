@@ -3,6 +3,7 @@
 #include <opencv2/videoio.hpp>
 #include <tarvos/core/cvdata/MatView.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -17,16 +18,18 @@ public:
         // From the root: FFmpeg takes what stands before a colon for a protocol.
         : mPath(std::filesystem::absolute(path)), mFrameRate(frameRate) {}
 
-    /// Appends @p frame, 8-bit BGR and as large as the first. Throws `std::runtime_error` when it cannot be written.
+    /// Appends @p frame, 8-bit BGR and as large as the first. Throws `std::runtime_error` if it cannot be written.
     void add(const tarvos::core::cvdata::Image& frame) {
         const cv::Mat pixels = matView(frame);
+        // FFmpeg's conversion writes outside of smaller pictures.
+        const cv::Rect picture(0, 0, std::max(pixels.cols, LEAST), std::max(pixels.rows, LEAST));
         const int codec = cv::VideoWriter::fourcc('M', 'J', 'P', 'G');
-        if (!mWriter.isOpened() && !mWriter.open(mPath, cv::CAP_FFMPEG, codec, mFrameRate, pixels.size()))
+        if (!mWriter.isOpened() && !mWriter.open(mPath, cv::CAP_FFMPEG, codec, mFrameRate, picture.size()))
             throw std::runtime_error("cannot write the video");
-        // FFmpeg's conversion reads a few bytes past the last row, which here lie in one row more.
-        mWithMargin.create(pixels.rows + 1, pixels.cols, pixels.type());
-        pixels.copyTo(mWithMargin.rowRange(0, pixels.rows));
-        mWriter.write(mWithMargin.rowRange(0, pixels.rows));
+        // FFmpeg's conversion reads a few bytes past the last row, hence one row more.
+        mWithMargin = cv::Mat::zeros(picture.height + 1, picture.width, pixels.type());
+        pixels.copyTo(mWithMargin(cv::Rect({}, pixels.size())));
+        mWriter.write(mWithMargin(picture));
         ++mFrames;
     }
     /// Completes the file and reads it again. Throws `std::runtime_error` unless every frame is there.
@@ -42,6 +45,8 @@ public:
     }
 
 private:
+    static constexpr int LEAST = 16;
+
     std::string mPath;
     double mFrameRate;
     int mFrames = 0;

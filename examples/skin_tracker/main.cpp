@@ -3,10 +3,10 @@
 
 #include "FrameSource.h"
 #include "Interruption.h"
+#include "Preview.h"
 #include "Progress.h"
 #include "Recorder.h"
-#include "Tracker.h"
-#include "Window.h"
+#include "tracking/Tracker.h"
 
 #include <tarvos/core/Exception.h>
 #include <tarvos/core/parser/CmdLineParser.h>
@@ -15,7 +15,6 @@
 #include <tarvos/core/SystemManager.h>
 #endif
 
-#include <charconv>
 #include <cmath>
 #include <filesystem>
 #include <iostream>
@@ -33,38 +32,19 @@ using tarvos::core::cvdata::Image;
 using tarvos::core::parser::CmdLineParser;
 using tarvos::core::util::Resources;
 
-/// The whole number that option @p name holds; throws unless it lies between @p least and @p most.
-int numberOf(const CmdLineParser& parser, const std::string& name, int least,
+/// The value of option @p name; throws unless it is a whole number between @p least and @p most.
+int parseInt(const CmdLineParser& parser, const std::string& name, int least,
              int most = std::numeric_limits<int>::max()) {
-    const std::string text = parser.getValue(name);
-    int number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size() || number < least || number > most)
+    const std::optional<int> number = parser.value<int>(name);
+    if (!number || *number < least || *number > most)
         throw std::runtime_error("-" + name + " takes a whole number from " + std::to_string(least) +
                                  (most == std::numeric_limits<int>::max() ? " up" : " to " + std::to_string(most)) +
-                                 ", not \"" + text + "\"");
-    return number;
+                                 ", not \"" + parser.getValue(name) + "\"");
+    return *number;
 }
 
-void rejectUnknown(const std::vector<std::string>& words) {
-    if (words.empty())
-        return;
-    std::string named = words.size() == 1 ? "unknown option" : "unknown options";
-    for (const std::string& word : words)
-        named += " " + word;
-    throw std::runtime_error(named + ", see -help");
-}
-
-void checkGpu() {
-#ifdef TARVOS_WITH_OPENGL
-    tarvos::core::SystemManager::instance().initOpenGLContext(64, 64, 0, 0, "skin_tracker", true);
-#else
-    throw std::runtime_error("-checkgpu needs a library built with OpenGL");
-#endif
-}
-
-/// The path of the input that is asked for: itself, or in the data directory.
-std::string inputOf(const CmdLineParser& parser) {
+/// The path of the input that was named: itself, or in the data directory.
+std::string findInput(const CmdLineParser& parser) {
     std::string name = parser.getValue("input");
     if (name.empty())
         throw std::runtime_error("-input takes the name of a video or a directory");
@@ -76,68 +56,62 @@ std::string inputOf(const CmdLineParser& parser) {
     return found;
 }
 
-/// Loads the skin model without its print-out.
-Tracker trackerOf(int order) {
-    std::streambuf* output = std::cout.rdbuf(nullptr);
-    Tracker tracker(order);
-    std::cout.rdbuf(output);
-    std::cout.clear();
-    return tracker;
-}
-
-std::unique_ptr<FrameSource> sourceOf(const CmdLineParser& parser) {
+std::unique_ptr<FrameSource> openSource(const CmdLineParser& parser) {
     if (parser.isSet("camera"))
-        return FrameSource::openCamera(numberOf(parser, "camera", 0));
-    const std::string input = inputOf(parser);
+        return FrameSource::openCamera(parseInt(parser, "camera", 0));
+    const std::string input = findInput(parser);
     std::error_code none;
     if (std::filesystem::equivalent(input, parser.getValue("output"), none))
         throw std::runtime_error("the output directory is the input");
     return FrameSource::open(input);
 }
 
-/// Tracks to the end of the input or of what is asked for, or to the first signal. How many frames a second that were.
+/// Tracks to the end of the input, the last frame wanted, or the first signal. Returns the frames per second.
 double track(const CmdLineParser& parser, FrameSource& source, Recorder& recorder, const Interruption& interruption) {
-    const int step = numberOf(parser, "step", 1);
-    const int most = numberOf(parser, "frames", 0);
-    Tracker tracker = trackerOf(numberOf(parser, "order", 2, 4));
-    std::optional<Window> window;
+    const int step = parseInt(parser, "step", 1);
+    const int most = parseInt(parser, "frames", 0);
+    Tracker tracker(parseInt(parser, "order", 2, 4));
+    std::optional<Preview> preview;
     if (parser.getValueBool("show"))
-        window.emplace();
+        preview.emplace();
     const int all = (source.frameCount() + step - 1) / step;
     Progress progress(most > 0 && all > 0 ? std::min(most, all) : all);
     Image frame;
     int number = 0;
     bool isEscaped = false;
-    const auto isOver = [&] {
+    const auto isDone = [&] {
         return isEscaped || interruption.signal() != 0 || (most > 0 && recorder.frames() == most);
     };
-    for (; !isOver() && source.read(frame); ++number) {
+    for (; !isDone() && source.read(frame); ++number) {
         if (number % step != 0)
             continue;
         const double time = number / source.frameRate();
         tracker.process(frame, time);
         recorder.add(number, time, tracker, frame);
-        isEscaped = window && !window->show(frame);
+        isEscaped = preview && !preview->show(frame);
         progress.step();
     }
     if (recorder.frames() == 0 && interruption.signal() == 0)
         throw std::runtime_error(std::string("no frame of the ") + source.kind() + " can be decoded");
-    if (!isOver() && number < source.frameCount())
+    if (!isDone() && number < source.frameCount())
         std::cerr << std::string("skin_tracker: the ") + source.kind() + " says " +
                          std::to_string(source.frameCount()) + " frames, " + std::to_string(number) +
                          " could be decoded\n";
     return progress.framesPerSecond();
 }
 
-/// Does what the command line asks for; the signal that ended it early, 0 for none.
+/// Runs the command line. Returns the signal that ended it early, 0 for none.
 int run(const CmdLineParser& parser) {
-    rejectUnknown(parser.unknownWords());
+    if (!parser.unknownWords().empty())
+        throw std::runtime_error("unknown option " + parser.unknownWords().front() + ", see -help");
+#ifdef TARVOS_WITH_OPENGL
     if (parser.getValueBool("checkgpu"))
-        checkGpu();
-    const auto source = sourceOf(parser);
+        tarvos::core::SystemManager::instance().initOpenGLContext(64, 64, 0, 0, "skin_tracker", true);
+#endif
+    const auto source = openSource(parser);
     const Interruption interruption;
-    Recorder recorder(parser.getValue("output"),
-                      parser.getValueBool("video") ? source->frameRate() / numberOf(parser, "step", 1) : 0.0);
+    const std::string output = parser.getValue("output");
+    Recorder recorder(output, parser.getValueBool("video") ? source->frameRate() / parseInt(parser, "step", 1) : 0.0);
     const double framesPerSecond = track(parser, *source, recorder, interruption);
 
     std::string summary = std::to_string(recorder.frames()) + " frames" +
@@ -147,6 +121,8 @@ int run(const CmdLineParser& parser) {
     if (recorder.frames() > 0)
         for (const std::string& file : recorder.publish())
             summary += file + "\n";
+    if (recorder.frames() > 0)
+        summary += "plot: gnuplot -c '" PLOT_SCRIPT "' '" + output + "/track.csv' '" + output + "/track.png'\n";
     std::cout << summary << std::flush;
     return interruption.signal();
 }
@@ -156,14 +132,16 @@ int run(const CmdLineParser& parser) {
 int main(int argc, char** argv) {
     CmdLineParser parser(argc, argv);
     parser.setAppDescription("Tracks the skin region of a hand and arm in a video or in a directory of images");
-    parser.addFlag("checkgpu", "create an OpenGL context and tell what the GPU can do first");
-    parser.addFlag("video", "write the annotated video track.avi too");
-    parser.addOption("input", "video or directory, looked for in the data directory too", "", false);
-    parser.addOption("camera", "number of a camera to use instead, the first being 0", "", false);
-    parser.addFlag("show", "show the frames while they are tracked; Escape ends it");
+#ifdef TARVOS_WITH_OPENGL
+    parser.addFlag("checkgpu", "create an OpenGL context and print what the GPU can do first");
+#endif
+    parser.addFlag("video", "write the annotated video track.avi as well");
+    parser.addOption("input", "video or directory, searched for in the data directory too", "", false);
+    parser.addOption("camera", "number of a camera to use instead; the first is 0", "", false);
+    parser.addFlag("show", "show the frames while they are tracked; Escape quits");
     parser.addOption("output", "directory for the results", "skin_tracker_output", false);
     parser.addOption("step", "use every n-th frame", "1", false);
-    parser.addOption("frames", "use at most so many frames, 0 for all", "0", false);
+    parser.addOption("frames", "use at most this many frames, 0 for all", "0", false);
     parser.addOption("order", "order of the state: 2 with velocity, 3 with acceleration", "2", false);
     parser.parse();
     try {

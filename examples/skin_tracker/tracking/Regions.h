@@ -4,38 +4,33 @@
 #include <tarvos/core/cvdata/features/Blobs.h>
 #include <tarvos/core/cvdata/features/VisContourSamplePts.h>
 
-#include <vector>
-
 namespace skin_tracker {
 
 /// Removes specks from @p mask (8-bit, one channel, 0 and 255) and closes small holes.
 void tidy(cv::Mat& mask);
 
-/// Sets the regions of @p mask that have no pixel in common with @p other to 0.
-void keepRegionsTouching(const cv::Mat& other, cv::Mat& mask);
-
-/// The connected regions of a mask, what they enclose included. Each record holds the centre of the region's box in
-/// `mVector`, the box (x, y, width, height) in `mBlock`, the number of the outline in `mField1` and the area in pixels
-/// in `mField2`.
+/// The connected regions of a mask. Each record holds the centre of the region's box in `mVector`, the box (x, y,
+/// width, height) in `mBlock`, the region's label in `mField1` and its area in pixels in `mField2`.
 class Regions {
 public:
     using BlobInfo = tarvos::core::cvdata::Blobs::BlobInfo;
 
-    /// Finds the regions of at least @p leastArea pixels in @p mask, whose first pixel lies at @p corner of the frame.
+    /// Finds the regions of at least @p leastArea pixels in @p mask, whose first pixel is at @p corner of the frame.
     Regions(const cv::Mat& mask, double leastArea, const cv::Point& corner = {});
 
     const tarvos::core::cvdata::Blobs& blobs() const { return mBlobs; }
-    /// The region with the largest area, null when there is none.
+    /// The region with the largest area, null if there is none.
     const BlobInfo* largest() const;
     /// The pixels of one region as a mask of the frame's @p size.
     cv::Mat maskOf(const BlobInfo& blob, const cv::Size& size) const;
-    /// Samples the outline of one region every few pixels into @p outline: points hold the place (x, y) in `mVec4`,
+    /// Samples the outline of one region every few pixels into @p outline: points hold the position (x, y) in `mVec4`,
     /// and each edge refers to the two points that it joins, the last one to the first.
     void traceOutline(const BlobInfo& blob, tarvos::core::cvdata::VisContourSamplePts& outline) const;
 
 private:
     tarvos::core::cvdata::Blobs mBlobs;
-    std::vector<std::vector<cv::Point>> mOutlines;
+    cv::Mat mLabels;  ///< the label of each pixel of the mask
+    cv::Point mCorner;
 };
 
 cv::Rect boxOf(const Regions::BlobInfo& blob);

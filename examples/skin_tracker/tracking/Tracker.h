@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Colours.h"
 #include "HandModel.h"
 #include "MotionFilter.h"
 #include "Regions.h"
-#include "SkinModel.h"
 #include "Stillness.h"
 
 #include <opencv2/core.hpp>
@@ -48,7 +48,7 @@ public:
 
 private:
     int mOrder;
-    SkinModel mSkin;
+    cv::Mat mSkin = skinColours();
     Stillness mStillness;
     HandModel mHand;
     int mFramesLearned = 0;

@@ -14,11 +14,6 @@ using tarvos::math::Vector4;
 /// Pixels from one sample of an outline to the next.
 constexpr std::size_t SAMPLING = 8;
 
-/// The pixels on and within an outline that names each of its pixels: Pick's theorem.
-int areaOf(const std::vector<cv::Point>& outline) {
-    return cvRound(cv::contourArea(outline) + static_cast<double>(outline.size()) / 2 + 1);
-}
-
 }  // namespace
 
 void tidy(cv::Mat& mask) {
@@ -28,29 +23,22 @@ void tidy(cv::Mat& mask) {
     cv::morphologyEx(mask, mask, cv::MORPH_CLOSE, hole);
 }
 
-void keepRegionsTouching(const cv::Mat& other, cv::Mat& mask) {
-    constexpr unsigned char KEPT = 128;
-    for (int row = 0; row < mask.rows; ++row)
-        for (int col = 0; col < mask.cols; ++col)
-            if (other.at<unsigned char>(row, col) != 0 && mask.at<unsigned char>(row, col) == 255)
-                cv::floodFill(mask, {col, row}, KEPT, nullptr, {}, {}, 8);
-    mask = mask == KEPT;
-}
-
-Regions::Regions(const cv::Mat& mask, double leastArea, const cv::Point& corner) {
-    cv::findContours(mask, mOutlines, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE, corner);
-    for (std::size_t i = 0; i < mOutlines.size(); ++i) {
-        const int area = areaOf(mOutlines[i]);
-        if (area < leastArea)
+Regions::Regions(const cv::Mat& mask, double leastArea, const cv::Point& corner) : mCorner(corner) {
+    cv::Mat stats;
+    cv::Mat centroids;
+    const int labels = cv::connectedComponentsWithStats(mask, mLabels, stats, centroids);
+    for (int label = 1; label < labels; ++label) {  // 0 is the background
+        const int* stat = stats.ptr<int>(label);
+        if (stat[cv::CC_STAT_AREA] < leastArea)
             continue;
-        const cv::Rect box = cv::boundingRect(mOutlines[i]);
         mBlobs.addBlob();
         BlobInfo& blob = mBlobs.mBlobs.back();
-        blob.mVector[0] = box.x + box.width / 2.0;
-        blob.mVector[1] = box.y + box.height / 2.0;
-        blob.mBlock = {box.x, box.y, box.width, box.height};
-        blob.mField1 = static_cast<std::int32_t>(i);
-        blob.mField2 = area;
+        blob.mBlock = {corner.x + stat[cv::CC_STAT_LEFT], corner.y + stat[cv::CC_STAT_TOP], stat[cv::CC_STAT_WIDTH],
+                       stat[cv::CC_STAT_HEIGHT]};
+        blob.mVector[0] = blob.mBlock[0] + blob.mBlock[2] / 2.0;
+        blob.mVector[1] = blob.mBlock[1] + blob.mBlock[3] / 2.0;
+        blob.mField1 = label;
+        blob.mField2 = stat[cv::CC_STAT_AREA];
     }
 }
 
@@ -61,20 +49,25 @@ const Regions::BlobInfo* Regions::largest() const {
 }
 
 cv::Mat Regions::maskOf(const BlobInfo& blob, const cv::Size& size) const {
+    const cv::Rect box = boxOf(blob);
     cv::Mat mask = cv::Mat::zeros(size, CV_8UC1);
-    cv::drawContours(mask, mOutlines, blob.mField1, cv::Scalar(255), cv::FILLED);
+    mask(box).setTo(255, mLabels(box - mCorner) == blob.mField1);
     return mask;
 }
 
 void Regions::traceOutline(const BlobInfo& blob, VisContourSamplePts& outline) const {
     outline.clear();
     outline.mPoints.clear();
-    const std::vector<cv::Point>& curve = mOutlines[static_cast<std::size_t>(blob.mField1)];
+    const cv::Rect box = boxOf(blob);
+    std::vector<std::vector<cv::Point>> curves;
+    cv::findContours(mLabels(box - mCorner) == blob.mField1, curves, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE,
+                     box.tl());
+    const std::vector<cv::Point>& curve = curves.front();
     for (std::size_t i = 0; i < curve.size(); i += SAMPLING) {
         outline.mPoints.emplace_back();
         outline.mPoints.back().mVec4 = Vector4(curve[i].x, curve[i].y, 0.0, 0.0);
     }
-    // Only now do the points stay where they are.
+    // Edges last: until now the points have moved in memory.
     for (std::size_t i = 0; i < outline.mPoints.size(); ++i) {
         outline.mEdges.emplace_back();
         outline.mEdges.back().mPointRefs = {&outline.mPoints[i], &outline.mPoints[(i + 1) % outline.mPoints.size()]};

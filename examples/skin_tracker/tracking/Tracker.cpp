@@ -33,13 +33,6 @@ bool reachesOut(const cv::Rect& box, const cv::Rect& area, const cv::Rect& whole
     return ((around & whole) | area) != area;
 }
 
-/// As the library's model of skin counts them: the hue of the colour whose red is the pixel's blue.
-cv::Mat hueSaturationValue(const cv::Mat& pixels) {
-    cv::Mat hsv;
-    cv::cvtColor(pixels, hsv, cv::COLOR_RGB2HSV);
-    return hsv;
-}
-
 }  // namespace
 
 void Tracker::process(const Image& frame, double time) {
@@ -92,8 +85,7 @@ cv::Rect Tracker::neighbourhood() const {
 
 /// The regions of the hand's colours in @p area of a frame.
 Regions Tracker::regionsIn(const cv::Mat& pixels, const cv::Rect& area) const {
-    cv::Mat mask;
-    mHand.mark(hueSaturationValue(pixels(area)), mask);
+    cv::Mat mask = markColours(hueSaturationValue(pixels(area)), mHand.colours());
     return regionsOf(mask, area.tl());
 }
 
@@ -140,8 +132,7 @@ void Tracker::miss(double time) {
 /// Teaches the hand's colours, if the general model finds skin.
 void Tracker::learn(const cv::Mat& pixels) {
     const cv::Mat hsv = hueSaturationValue(pixels);
-    cv::Mat skin;
-    mSkin.mark(hsv, skin);
+    cv::Mat skin = markColours(hsv, mSkin);
     const Regions regions = regionsOf(skin, {});
     if (const Blobs::BlobInfo* region = regions.largest()) {
         mHand.learn(hsv, regions.maskOf(*region, pixels.size()));

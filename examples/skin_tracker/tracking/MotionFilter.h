@@ -6,29 +6,29 @@
 
 namespace skin_tracker {
 
-/// Estimates the motion of a box from the boxes seen: a Kalman filter whose state vector is the packed incremental
-/// form of a State: box | velocity | acceleration | ..., in pixels and seconds.
+/// Estimates the motion of a box from measured boxes: a Kalman filter whose state vector is the packed incremental form
+/// of a State: box | velocity | acceleration | ..., in pixels and seconds.
 class MotionFilter {
 public:
-    /// A filter for boxes in pictures @p pictureWidth pixels wide, with derivatives up to @p order - 1.
+    /// A filter for boxes in pictures @p pictureWidth pixels wide, with derivatives up to order - 1.
     MotionFilter(int order, int pictureWidth);
 
     /// Begins at rest with @p box at @p time.
     void start(const cv::Rect2d& box, double time);
     /// Moves on to @p time, which is not before the state's.
     void predict(double time);
-    /// Lets the box keep its size until the next correction.
+    /// Keeps the box's size until the next correction.
     void keepSize();
-    /// Takes the box seen at the state's time into account.
+    /// Corrects the estimate by the box measured at the state's time.
     void correct(const cv::Rect2d& box);
 
     /// The estimate; its time stamp is in seconds.
     const tarvos::core::State& state() const { return mState; }
     cv::Point2d centre() const;
-    /// Velocity of the centre, pixels a second.
+    /// Velocity of the centre in pixels per second.
     cv::Point2d velocity() const;
     cv::Rect2d box() const;
-    /// How far off, in pixels, the centre may be: three standard deviations.
+    /// How far the estimated centre may be off, in pixels: three standard deviations.
     double uncertainty() const;
 
 private:
@@ -37,7 +37,6 @@ private:
     tarvos::core::State mState;
     cv::KalmanFilter mFilter;
 
-    tarvos::math::Vector derivative(int order) const;
     void store(const cv::Mat& estimate, double time);
 };
 

@@ -15,7 +15,7 @@ using tarvos::math::Vector;
 /// Elements of a box: centre x, centre y, width and height in pixels.
 constexpr int BOX = 4;
 
-/// How surely a box is seen: the edge of a hand is ragged by a few pixels.
+/// Standard deviation of a measured edge, in pixels: the edge of a hand is ragged.
 constexpr double MEASUREMENT_DEVIATION = 2.0;
 /// A hand changes its velocity by a few picture widths a second, within a second.
 constexpr double WIDTHS_PER_SECOND = 3.0;
@@ -30,7 +30,7 @@ cv::Mat measured(const cv::Rect2d& box) {
     return cv::Mat(elements, true);
 }
 
-/// dt^n / n!, what the n-th derivative adds over the time dt.
+/// dt^n / n!: the contribution of the n-th derivative over the time dt.
 double taylor(double dt, int n) {
     return std::pow(dt, n) / std::tgamma(n + 1);
 }
@@ -56,7 +56,7 @@ void MotionFilter::start(const cv::Rect2d& box, double time) {
 
 void MotionFilter::predict(double time) {
     const double dt = time - mState.getTimeStamp();
-    // Each order of the state is carried on by the orders above it; what lies above them all is the noise.
+    // Each order of the state is continued by those above it; the one above them all is the noise.
     for (int row = 0; row < mOrder; ++row) {
         for (int col = 0; col < mOrder; ++col) {
             const cv::Rect block(col * BOX, row * BOX, BOX, BOX);
@@ -78,24 +78,18 @@ void MotionFilter::correct(const cv::Rect2d& box) {
     store(mFilter.correct(measured(box)), mState.getTimeStamp());
 }
 
-/// The derivative of the box @p order, 0 for the box itself.
-Vector MotionFilter::derivative(int order) const {
-    Vector derivative(BOX);
-    mState.getStateIncData(derivative, order);
-    return derivative;
-}
-
 cv::Point2d MotionFilter::centre() const {
     return (box().tl() + box().br()) / 2;
 }
 
 cv::Point2d MotionFilter::velocity() const {
-    const Vector velocity = derivative(1);
+    const Vector& velocity = mState.derivative(1);
     return {velocity[0], velocity[1]};
 }
 
 cv::Rect2d MotionFilter::box() const {
-    const Vector pose = derivative(0);
+    Vector pose(BOX);
+    mState.getPoseData(pose);
     const double width = std::max(pose[2], 1.0);
     const double height = std::max(pose[3], 1.0);
     return {pose[0] - width / 2, pose[1] - height / 2, width, height};
