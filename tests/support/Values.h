@@ -7,7 +7,6 @@
 #include "core/cvdata/features/ColourHist2d.h"
 #include "core/cvdata/pose/VectorPose.h"
 #include "core/trackingdata/State.h"
-#include "math/SquareMatrix.h"
 
 #include <gtest/gtest.h>
 
@@ -42,22 +41,6 @@ struct FeatureValue {
 };
 
 template <>
-struct Value<tarvos::math::SquareMatrix> {
-    static tarvos::math::SquareMatrix make(int size) {
-        tarvos::math::SquareMatrix matrix(static_cast<unsigned int>(size));
-        change(matrix, size);
-        return matrix;
-    }
-    static void change(tarvos::math::SquareMatrix& matrix, int seed) {
-        for (double& element : matrix)
-            element = ++seed;
-    }
-    static Members members(const tarvos::math::SquareMatrix& matrix) {
-        return Members().add("rows", matrix.rows()).add("cols", matrix.cols()).add("elements", matrix);
-    }
-};
-
-template <>
 struct Value<tarvos::core::cvdata::Image> {
     using Image = tarvos::core::cvdata::Image;
     static Image make(int size) {
@@ -77,7 +60,6 @@ struct Value<tarvos::core::cvdata::Image> {
     static void mark(Image& image) { image.setTimeStamp(7); }
     static bool isMarked(const Image& image) { return image.getTimeStamp() == 7; }
     static const void* address(const Image& image) { return image.iplImage(); }
-    static const void* storage(const Image& image) { return image.imageBuffer(); }
 };
 
 template <>
@@ -88,37 +70,10 @@ struct Value<tarvos::core::cvdata::TiledImage> : Value<tarvos::core::cvdata::Ima
         matView(mosaic).setTo(cv::Scalar::all(size));
         return mosaic;
     }
-    /// Works only while the grid fits the image.
     static void change(TiledImage& mosaic, int seed) {
         Image cell(mosaic.width() / 2, mosaic.height() / 2, Image::CHANNELS_BGR, Image::BITS_8U);
         matView(cell).setTo(cv::Scalar::all(seed));
         mosaic.setCellImage(1, 1, &cell);
-    }
-};
-
-template <>
-struct Value<tarvos::core::cvdata::GM> {
-    using GM = tarvos::core::cvdata::GM;
-    static GM make(int size) {
-        GM component(static_cast<unsigned int>(size));
-        change(component, size);
-        return component;
-    }
-    static void change(GM& component, int seed) {
-        component.mCovariance.fill(seed + 1);
-        component.mCovarianceInverse.fill(seed + 2);
-        component.mMean.fill(seed + 3);
-        component.mWeight = static_cast<float>(seed + 4);
-        component.mDeterminant = static_cast<float>(seed + 5);
-    }
-    static Members members(const GM& component) {
-        return Members()
-            .add("mCovariance", component.mCovariance)
-            .add("mCovarianceInverse", component.mCovarianceInverse)
-            .add("mDeterminant", component.mDeterminant)
-            .add("mDim", component.mDim)
-            .add("mMean", component.mMean)
-            .add("mWeight", component.mWeight);
     }
 };
 
@@ -132,18 +87,25 @@ struct Value<tarvos::core::cvdata::ColorGMM> : FeatureValue<tarvos::core::cvdata
     }
     static void change(ColorGMM& model, int seed) {
         model.mEpsilon = seed;
-        for (const auto& component : model.mMixtures)
-            Value<tarvos::core::cvdata::GM>::change(*component, ++seed);
+        for (const auto& component : model.mMixtures) {
+            component->mCovariance.fill(++seed);
+            component->mCovarianceInverse.fill(++seed);
+            component->mMean.fill(++seed);
+            component->mWeight = component->mDeterminant = static_cast<float>(++seed);
+        }
     }
     static Members members(const ColorGMM& model) {
         Members members = Members().add("mEpsilon", model.mEpsilon).add("dimension", model.dimension());
         for (const auto& component : model.mMixtures)
-            for (const auto& [name, value] : Value<tarvos::core::cvdata::GM>::members(*component).all)
-                members.add(name, value);
+            members.add("mCovariance", component->mCovariance)
+                .add("mCovarianceInverse", component->mCovarianceInverse)
+                .add("mMean", component->mMean)
+                .add("mDim", component->mDim)
+                .add("mWeight", component->mWeight)
+                .add("mDeterminant", component->mDeterminant);
         return members;
     }
     static const void* address(const ColorGMM& model) { return model.mMixtures.data(); }
-    static const void* storage(const ColorGMM& model) { return model.mMixtures[0].get(); }
 };
 
 template <>
@@ -167,7 +129,6 @@ struct Value<tarvos::core::cvdata::ColourHist2d> : FeatureValue<tarvos::core::cv
             .add("data", histogram.data());
     }
     static const void* address(const ColourHist2d& histogram) { return &histogram.data(); }
-    static const void* storage(const ColourHist2d& histogram) { return histogram.data().data(); }
 };
 
 template <>
@@ -202,7 +163,6 @@ struct Value<tarvos::core::cvdata::Blobs> : FeatureValue<tarvos::core::cvdata::B
         return members;
     }
     static const void* address(const Blobs& blobs) { return blobs.mBlobs.data(); }
-    static const void* storage(const Blobs& blobs) { return blobs.mBlobs.data(); }
 };
 
 template <>

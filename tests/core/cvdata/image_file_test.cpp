@@ -126,24 +126,6 @@ struct ImageFileTest : testing::Test {
     ImageFileTest() { cv::imwrite("colour.png", pixels); }
 };
 
-TEST_F(ImageFileTest, ALoadedImageIsBgrOf8Bits) {
-    const Image loaded("colour.png");
-    EXPECT_EQ(loaded.channels(), Image::CHANNELS_BGR);
-    EXPECT_EQ(loaded.bitsPerChannel(), Image::BITS_8U);
-    EXPECT_EQ(loaded.widthStep(), 112);
-    EXPECT_EQ(loaded.iplImage()->imageData, reinterpret_cast<char*>(loaded.imageBuffer()));
-}
-
-TEST_F(ImageFileTest, ALoadedImageIsAssignedLikeAnother) {
-    cv::imwrite("wide.png", noise(40, 23, CV_8UC3));  // whose decoded rows are kept
-    Image loaded("wide.png");
-    const unsigned char* buffer = loaded.imageBuffer();
-    loaded = Image(40, 23, Image::CHANNELS_BGR, Image::BITS_8U);
-    EXPECT_EQ(loaded.imageBuffer(), buffer);
-    loaded.resizeMemory(50, 50);
-    EXPECT_EQ(loaded.widthStep(), 152);
-}
-
 struct NoImageFileTest : testing::TestWithParam<std::string> {};
 
 TEST_P(NoImageFileTest, IsReportedInOneLineAndLeavesNoDescriptorOpen) {
@@ -179,32 +161,14 @@ TEST_F(ImageFileTest, AThreadAndAPluginThatTheLoaderHoldsMayBothLoadTheirFirstIm
     EXPECT_EXIT(loadTwice(), testing::ExitedWithCode(0), "");
 }
 
-struct SavedImageTest : ImageFileTest, testing::WithParamInterface<std::string> {};
-
-TEST_P(SavedImageTest, LoadsAgainWithRedAndBlueInTheirPlaces) {
-    const std::ptrdiff_t entries = entriesOf(".");
-    const std::pair<Image::ColorChannels, int> layouts[] = {{Image::CHANNELS_BGR, -1},
-                                                            {Image::CHANNELS_RGB, cv::COLOR_BGR2RGB},
-                                                            {Image::CHANNELS_BGRA, cv::COLOR_BGR2BGRA},
-                                                            {Image::CHANNELS_RGBA, cv::COLOR_BGR2RGBA}};
-    for (const auto& [layout, conversion] : layouts) {
-        cv::Mat converted = pixels.clone();
-        if (conversion >= 0)
-            cv::cvtColor(pixels, converted, conversion);
-        image = imageOf(converted);
-        image.setChannels(layout);
-        cvSetImageROI(image.iplImage(), cvRect(1, 1, 2, 2));
-        EXPECT_EQ(captureStderr([&] { EXPECT_TRUE(image.save(GetParam())); }), "");
-        const Image loaded(GetParam());
-        EXPECT_TRUE(isEqual(matView(loaded), pixels)) << "layout " << layout;
-        EXPECT_EQ(entriesOf("."), entries + 1) << "a part is left";
+TEST_F(ImageFileTest, ASavedImageLoadsAgainUnderAnyName) {
+    for (const std::string& name : {std::string("upper.BMP"), std::string(251, 'n') + ".bmp"}) {
+        EXPECT_TRUE(image.save(name));
+        const Image loaded(name);
+        EXPECT_TRUE(isEqual(matView(loaded), pixels)) << name;
     }
+    EXPECT_EQ(entriesOf("."), 3) << "a part is left";
 }
-
-const std::string LONG_NAME = std::string(251, 'n') + ".bmp";  // as long as a name may be
-
-INSTANTIATE_TEST_SUITE_P(, SavedImageTest, testing::Values("lower.png", "upper.BMP", "long.tiff", LONG_NAME),
-                         [](const auto& test) { return test.param.substr(0, test.param.find('.')).substr(0, 5); });
 
 TEST_F(ImageFileTest, SavingKeepsThePermissionsOfTheFileThatItReplaces) {
     for (const mode_t mode : {0640U, 0751U}) {

@@ -34,14 +34,6 @@ TEST_F(TiledImageTest, ACellTakesAnImageAndTheOthersStay) {
     EXPECT_EQ(cv::norm(matView(mosaic), expected, cv::NORM_INF), 0.0);
 }
 
-TEST_F(TiledImageTest, AnotherDepthOrNumberOfChannelsIsOpencvsErrorAndChangesNoPixel) {
-    matView(mosaic).setTo(cv::Scalar::all(7));
-    Image deep(161, 120, Image::CHANNELS_BGR, Image::BITS_16U), grey(161, 120, Image::CHANNELS_GRAY, Image::BITS_8U);
-    for (Image* other : {&deep, &grey})
-        EXPECT_THROW(mosaic.setCellImage(0, 0, other), cv::Exception);
-    EXPECT_EQ(cv::mean(matView(mosaic)), cv::Scalar(7, 7, 7));
-}
-
 TEST_F(TiledImageTest, AssignmentTakesTheGridAndTheStrideOfTheSource) {
     TiledImage target(1, 1, 7, 5, Image::CHANNELS_GRAY, Image::BITS_32F);
     target.setTimeStamp(9);
@@ -49,15 +41,6 @@ TEST_F(TiledImageTest, AssignmentTakesTheGridAndTheStrideOfTheSource) {
     target.setCellImage(1, 2, &cell);
     EXPECT_EQ(target.widthStep(), mosaic.widthStep());
     EXPECT_EQ(target.getTimeStamp(), 9);
-}
-
-TEST_F(TiledImageTest, CloneIsAPlainImage) {
-    EXPECT_EQ(dynamic_cast<TiledImage*>(std::unique_ptr<Image>(mosaic.clone()).get()), nullptr);
-}
-
-TEST_F(TiledImageTest, ImpossibleSizesAreAnAllocationFailure) {
-    for (const std::size_t rows : {SIZE_MAX, SIZE_MAX / 120, std::size_t{1} << 31})
-        EXPECT_THROW(TiledImage(rows, 3, 160, 120, Image::CHANNELS_BGR, Image::BITS_8U), std::bad_alloc);
 }
 
 TEST_F(TiledImageTest, StopsOnAWrongCell) {

@@ -46,6 +46,20 @@ TEST(CmdLineParserTest, ConvertsLikeAStream) {
     EXPECT_FALSE(parser.get<bool>("0"));
 }
 
+TEST(CmdLineParserTest, AValueIsWholeOrNone) {
+    CmdLineParser parser = parserOf({});
+    for (const char* text : {"12", "-3", "12abc", " 12", "99999999999", "3.5", ""})
+        parser.addOption(text, "", text, false);
+    EXPECT_EQ(parser.value<int>("12"), 12);
+    EXPECT_EQ(parser.value<int>("-3"), -3);
+    EXPECT_EQ(parser.value<double>("3.5"), 3.5);
+    EXPECT_EQ(parser.value<std::string>("12abc"), "12abc");
+    for (const char* text : {"12abc", " 12", "99999999999", "3.5", ""})
+        EXPECT_FALSE(parser.value<int>(text)) << text;
+    EXPECT_FALSE(parser.value<unsigned int>("-3"));
+    EXPECT_FALSE(parser.value<bool>("12"));
+}
+
 TEST(CmdLineParserTest, PrintsTheUsageTable) {
     const std::vector<const char*> words = {"app", "-frames", "50"};
     CmdLineParser parser = parserOf(words);

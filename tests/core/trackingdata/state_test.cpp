@@ -5,9 +5,7 @@
 #include "support/Poses.h"
 
 #include <climits>
-#include <functional>
 #include <memory>
-#include <sstream>
 #include <utility>
 
 using tarvos::core::State;
@@ -34,18 +32,6 @@ TEST_F(PoseTest, ReadingUpdatesWhatIsOutOfDate) {
     pose.getIncData(two);
     pose.getIncData(two);
     EXPECT_EQ(pose.incUpdates, 2) << "its update leaves the flag at 0";
-}
-
-TEST_F(PoseTest, CopiesKeepWhatIsOutOfDate) {
-    const auto flagsOf = [](const Pose& one) { return std::pair(one.getUpdateFlag(), one.getUpdateIncFlag()); };
-    for (const bool data : {false, true}) {
-        pose.outdate(data, !data);
-        TestPose assigned(3, 2);
-        static_cast<Pose&>(assigned) = pose;
-        const std::unique_ptr<Pose> clone(pose.clone());
-        EXPECT_EQ(flagsOf(assigned), flagsOf(pose));
-        EXPECT_EQ(flagsOf(*clone), flagsOf(pose));
-    }
 }
 
 TEST_F(PoseTest, StopsOnWrongSizes) {
@@ -108,26 +94,12 @@ TEST_F(StateTest, ReadersBringThePoseUpToDate) {
     EXPECT_THAT(elementsOf(packed), ElementsAre(107, 108, 109, 3, 4, 5, 6));
 }
 
-TEST_F(StateTest, ThroughTheBaseOnlyTheTimeStampIsCopied) {
-    State other(pose, INT_MIN);
-    EXPECT_EQ(other.getMaxOrder(), 1);
-    state.setTimeStamp(1.5);
-    static_cast<TrackingData&>(other) = state;
-    EXPECT_EQ(other.getTimeStamp(), 1.5);
-}
-
 TEST_F(StateTest, GivesOneBlockForReading) {
     state.setDataFromVector(Vector::of(7, 8, 9, 3, 4, 5, 6), -1);
     EXPECT_THAT(elementsOf(state.derivative(1)), ElementsAre(3, 4));
     EXPECT_THAT(elementsOf(state.derivative(2)), ElementsAre(5, 6));
     for (const int order : {0, 3, -1})
         EXPECT_DEATH(state.derivative(order), "there is no such derivative");
-}
-
-TEST_F(StateTest, IsPrintedInItsDataForm) {
-    std::ostringstream text;
-    text << state;
-    EXPECT_EQ(text.str(), "[1, 1, 1, 0, 0, 0, 0]");
 }
 
 /// A pose that takes the value of any other, whatever the counts.
@@ -155,40 +127,19 @@ TEST_F(StateTest, StopsOnAPoseWithoutAClone) {
     EXPECT_DEATH(State(sterile, 1), "the pose's clone\\(\\) returned null");
 }
 
-struct Misfit {
-    const char* function;
-    std::function<void(State&)> call;
-    const char* condition;
-};
-
 TEST_F(StateTest, StopsOnAVectorOfAnotherSize) {
-    const char* finite =
-        "(pdim == poseData.dimension()) && \"ERROR: finite state dimension does not match the input "
-        "vector!\"";
-    const Misfit cases[] = {
-        {"setPoseData", [&](State& s) { s.setPoseData(two); }, finite},
-        {"getPoseData", [&](State& s) { s.getPoseData(two); }, finite},
-        {"getStateData", [&](State& s) { s.getStateData(two); },
-         "(stateDimension() == stateData.dimension()) && \"ERROR: finite state dimension does not match the input "
-         "vector!\""},
-        {"setDataFromVector", [&](State& s) { s.setDataFromVector(three, -1); },
-         "(sdim == stateData.dimension()) && \"ERROR: state dimension does not match the input vector!\""},
-        {"setDataFromVector", [&](State& s) { s.setDataFromVector(two, 1); },
-         "(pdim == stateData.dimension()) && \"ERROR: state dimension does not match the input vector!\""},
-        {"setIncDataFromVector", [&](State& s) { s.setIncDataFromVector(two, -1); },
-         "(sdim == stateIncData.dimension()) && \"ERROR: incremental state dimension does not match the input "
-         "vector!\""},
-        {"setIncDataFromVector", [&](State& s) { s.setIncDataFromVector(three, 0); },
-         "(pdim == stateIncData.dimension()) && \"ERROR: incremental state dimension does not match the input "
-         "vector!\""},
-        {"getStateIncData", [&](State& s) { s.getStateIncData(two, -1); },
-         "(sdim == stateIncData.dimension()) && \"ERROR: incremental state dimension does not match the input "
-         "vector!\""},
-        {"getStateIncData", [&](State& s) { s.getStateIncData(three, 7); },
-         "(pdim == stateIncData.dimension()) && \"ERROR: incremental state dimension does not match the input "
-         "vector!\""}};
-    for (const Misfit& misfit : cases)
-        EXPECT_CONTRACT(misfit.call(state), std::string("State::") + misfit.function, misfit.condition);
+    const std::string finite = "dimension()) && \"ERROR: finite state dimension does not match the input vector!\"";
+    const std::string whole = "dimension()) && \"ERROR: state dimension does not match the input vector!\"";
+    const std::string incremental = "ERROR: incremental state dimension does not match the input vector!\"";
+    EXPECT_CONTRACT(state.setPoseData(two), "State::setPoseData", "(pdim == poseData." + finite);
+    EXPECT_CONTRACT(state.getPoseData(two), "State::getPoseData", "(pdim == poseData." + finite);
+    EXPECT_CONTRACT(state.getStateData(two), "State::getStateData", "(stateDimension() == stateData." + finite);
+    EXPECT_CONTRACT(state.setDataFromVector(three, -1), "State::setDataFromVector", "(sdim == stateData." + whole);
+    EXPECT_CONTRACT(state.setDataFromVector(two, 1), "State::setDataFromVector", "(pdim == stateData." + whole);
+    for (const int order : {-1, 0, 2}) {
+        EXPECT_DEATH(state.setIncDataFromVector(three, order), incremental);
+        EXPECT_DEATH(state.getStateIncData(three, order), incremental);
+    }
 }
 
 TEST_F(StateTest, StopsOnAnOrderWithoutABlock) {

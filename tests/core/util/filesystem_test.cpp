@@ -44,7 +44,7 @@ TEST_F(FilesystemTest, MakesAndRemoves) {
     writeFile("tree/leaf");
     EXPECT_THROW(Filesystem::mkdir("tree/leaf"), fs::filesystem_error);
     EXPECT_THROW(Filesystem::mkdir("missing/d"), fs::filesystem_error);
-    for (const char* path : {"tree/leaf", "tree/", "tree", "never"}) {
+    for (const char* path : {"tree/leaf/below", "tree/leaf", "tree/", "tree", "never"}) {
         EXPECT_TRUE(Filesystem::rm(path));
         EXPECT_FALSE(Filesystem::exists(path));
     }
