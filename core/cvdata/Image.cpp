@@ -19,7 +19,6 @@ namespace tarvos::core::cvdata {
 
 namespace {
 
-constexpr std::int32_t DEFAULT_ALIGN = 4;
 constexpr std::int64_t MAX_INT = std::numeric_limits<std::int32_t>::max();
 /// Rows of a view into a wider image have at least this much padding; OpenCV aligns rows to 8 bytes at most.
 constexpr std::int64_t MIN_VIEW_PADDING = 8;
@@ -30,14 +29,6 @@ constexpr Image::BitsPerChannel DEPTHS[] = {Image::BITS_8U, Image::BITS_16U, Ima
 /// OpenCV's depth code: the number of bits and a flag for signed integers.
 int toOpencvDepth(Image::BitsPerChannel bits) {
     return bits < 0 ? static_cast<int>(IPL_DEPTH_SIGN | static_cast<unsigned int>(-bits)) : bits;
-}
-
-/// Writes the line, but throws nothing where the application lets std::cerr throw.
-void reportFailure(const std::string& line) {
-    try {
-        report(std::cerr, line);
-    } catch (const std::ios_base::failure&) {
-    }
 }
 
 }  // namespace
@@ -105,7 +96,7 @@ Image::Image(std::string path) : TimedData(REPR_IMAGE) {
     loaded.channels = CHANNELS_BGR;
     loaded = loaded.withComputedStride();
     if (pixels.empty() || pixels.type() != CV_8UC3 || !loaded.fitsHeader()) {
-        reportFailure("ERROR: Could not load image: " + path);
+        report(std::cerr, "ERROR: Could not load image: " + path);
         return;
     }
     const auto step = static_cast<std::int64_t>(pixels.step[0]);
@@ -154,7 +145,7 @@ Image& Image::operator=(const Image& image) {
         swapPixels(fresh);
     } else {
         mDescription = wanted;
-        if (mIplImage != nullptr && !isHeaderInStep())
+        if (mIplImage != nullptr && !headerMatchesDescription())
             updateOpencvHeader();
     }
     copyRows(image.imageBuffer(), image.mDescription.widthStep, std::int64_t{image.mImageSize});
@@ -170,7 +161,7 @@ bool Image::save(std::string path) const {
     const bool redFirst = mDescription.channels == CHANNELS_RGB || mDescription.channels == CHANNELS_RGBA;
     if (!empty() && writeImageFile(path, matView(*this), redFirst))
         return true;
-    reportFailure("ERROR: Could not save image: " + path);
+    report(std::cerr, "ERROR: Could not save image: " + path);
     return false;
 }
 
@@ -207,8 +198,7 @@ void Image::updateOpencvHeader() {
     TARVOS_REQUIRE((mDescription.fitsHeader() && mDescription.bytesSpanned() <= std::int64_t{mImageSize}) &&
                    "Image: the description does not fit the buffer.");
     IplImage header;  // made apart, so that an error leaves the image's own unchanged
-    cvInitImageHeader(&header, cvSize(mDescription.width, mDescription.height), toOpencvDepth(mDescription.bits),
-                      mDescription.nofChannels, IPL_ORIGIN_TL, DEFAULT_ALIGN);
+    cvInitImageHeader(&header, cvSize(width(), height()), toOpencvDepth(bitsPerChannel()), mDescription.nofChannels);
     cvSetData(&header, mImageBuffer.get(), widthStep());
     if (mIplImage == nullptr)
         mIplImage.reset(new IplImage);
@@ -287,7 +277,7 @@ bool Image::isInBuffer() const {
            (mDescription.height <= 1 || mDescription.bytesPerRow() <= mDescription.widthStep);
 }
 
-bool Image::isHeaderInStep() const {
+bool Image::headerMatchesDescription() const {
     return mIplImage->imageData == reinterpret_cast<const char*>(imageBuffer()) && mIplImage->width == width() &&
            mIplImage->height == height() && mIplImage->nChannels == mDescription.nofChannels &&
            mIplImage->depth == toOpencvDepth(bitsPerChannel()) &&

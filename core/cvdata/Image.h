@@ -20,14 +20,14 @@ namespace tarvos::core::cvdata {
 /// made from a size a row is `width * channels * bytes per value` bytes, plus `(4 - width * channels mod 4) mod 4`
 /// bytes of padding; an image made from a header or a copy takes the header's stride.
 ///
-/// Class invariant: an image is 0 x 0 without buffer and header, or row stride x rows = bytes allocated and the header
-/// describes the buffer as the accessors do. Of the operations under "Maintenance", setChannels, setNofChannels and
-/// updateFromOpencvHeader change the description alone; call resizeMemory or updateOpencvHeader next (which may
-/// describe less than the buffer). Until then, assigning from an image whose description exceeds its buffer stops the
-/// process, and no operation reads or writes outside the buffer.
+/// Class invariant: an image is 0 x 0 without buffer and header, or row stride x rows are at most the bytes allocated
+/// and the header describes the buffer as the accessors do. Of the operations under "Maintenance", setChannels,
+/// setNofChannels and updateFromOpencvHeader change only the description; call resizeMemory or updateOpencvHeader
+/// afterwards. Until then, assigning from an image whose description exceeds its buffer stops the process, and no
+/// operation reads or writes outside the buffer.
 ///
 /// Sizes that no image can have (a negative width or height, or more than 2^31 - 1 bytes, the most an OpenCV header
-/// counts) and a lack of memory, in OpenCV's core too, throw `std::bad_alloc` or a class derived from it. When an
+/// counts) and a lack of memory, OpenCV's core included, throw `std::bad_alloc` or a class derived from it. When an
 /// operation throws, its target is unchanged. A lack of memory inside a codec is the codec's: the file may fail to
 /// load, or the process may end.
 ///
@@ -65,14 +65,14 @@ public:
     Image(int width, int height, ColorChannels channels, BitsPerChannel bits);
     /// A copy of the pixels that @p image describes, with its stride and alignment. Region of interest and origin are
     /// ignored. Three channels in an order other than "BG." or "R.." are taken as CHANNELS_BGR. Padding of 8 bytes or
-    /// more marks a view into a wider image: it is not read behind the last row, and is 0 there in the copy.
+    /// more marks a view into a wider image: it is not read past the end of the last row, and is 0 there in the copy.
     ///
     /// Stops the process when @p image or its data is null, when it has not 1, 3 or 4 channels, or when its depth is
     /// outside BitsPerChannel. Throws `cv::Exception` for a stride shorter than a row.
     Image(const IplImage* image);
     /// The image in the file at @p path as `cv::imread` decodes it to 8-bit CHANNELS_BGR, without regard to an EXIF
     /// orientation. If that fails for whatever reason, the image is empty and "ERROR: Could not load image: " and the
-    /// path are written to standard error; for a damaged image, the decoder's own words may precede that line. Only
+    /// path are written to standard error; for a damaged image, the decoder's own messages may precede that line. Only
     /// regular files are opened. DICOM is refused: OpenCV's decoder of it ends the process on a damaged file. Throws
     /// nothing but `std::bad_alloc`.
     ///
@@ -113,21 +113,23 @@ public:
     BitsPerChannel bitsPerChannel() const noexcept { return mDescription.bits; }
     /// The row stride: bytes from the start of one row to the start of the next.
     int widthStep() const noexcept { return static_cast<int>(mDescription.widthStep); }
-    /// The first pixel of the first row; null without a buffer. Changes only where the image gets another geometry.
+    /// The first pixel of the first row; null without a buffer. Changes only when size, layout, depth or alignment
+    /// change.
     unsigned char* imageBuffer() const noexcept { return mImageBuffer.get(); }
     /// The first pixel of row @p y, counted from 0. Stops the process when there is no such row in the buffer.
     unsigned char* row(int y) const;
-    /// The OpenCV header over the buffer, owned by the image; null without a buffer. Its row stride is widthStep(),
-    /// except that OpenCV states a single row without its padding.
+    /// The OpenCV header over the buffer, owned by the image; null without a buffer. Its row stride is widthStep();
+    /// for an image of one row, OpenCV states the row without padding.
     IplImage* iplImage() const noexcept { return mIplImage.get(); }
 
     /// Writes the image to the file at @p path in the format of the path's ending: .png, .jpg, .jpeg, .jpe, .bmp, .dib,
-    /// .tif, .tiff, .webp, .pbm, .pgm, .ppm, .pnm, .pxm, .pam or .jp2. The layout is converted to the file's channel
-    /// order, a depth that the format lacks to 8 bits as OpenCV does. The file is written whole or not at all: it
-    /// replaces a regular file (keeping its permissions) or a link of that name only once it is complete.
+    /// .tif, .tiff, .webp, .pbm, .pgm, .ppm, .pnm, .pxm or .pam. The layout is converted to the file's channel order, a
+    /// depth that the format lacks to 8 bits as OpenCV does. The file is written whole or not at all: it replaces a
+    /// regular file (keeping its permissions) or a link of that name only once it is complete.
     ///
     /// False, with "ERROR: Could not save image: " and the path on standard error, if that fails: an empty image, an
-    /// unknown ending, a full disk. Throws nothing but `std::bad_alloc`.
+    /// unknown ending, channels that OpenCV does not write in that format, a full disk. Throws nothing but
+    /// `std::bad_alloc`.
     bool save(std::string path) const;
 
     /// @name Maintenance
@@ -181,14 +183,13 @@ private:
     void copyFromHeader(const IplImage* image);
     void copyRows(const unsigned char* source, std::int64_t sourceStep, std::int64_t readable);
     bool isInBuffer() const;
-    bool isHeaderInStep() const;
+    bool headerMatchesDescription() const;
 
 protected:
     /// Exchanges everything but the time stamps. If both images have a header, each keeps its header object, so that
     /// pointers from iplImage() stay valid.
     void swapPixels(Image& other) noexcept;
 
-    // The root's assignment is for callers who hold a CvData&; here it would only hide a mistake.
     using TimedData::operator=;
 };
 

@@ -40,8 +40,8 @@ void* openModule() {
     return nullptr;
 }
 
-// Neither is a function's static object: its guard would be held while the loader waits for a thread that loads an
-// image in a constructor. Two threads may both open the module, which is the same one then.
+// Neither is a function's static object, whose guard would be held while the loader waits for a thread that loads an
+// image in a constructor. If two threads open the module, both get the same one.
 std::atomic<const ImageCodecs*> openedCodecs{nullptr};
 std::atomic_flag reasonPrinted = ATOMIC_FLAG_INIT;
 
@@ -57,7 +57,8 @@ const ImageCodecs* imageCodecs() {
         report(std::cerr, std::string("ERROR: Image files can neither be loaded nor saved: ") +
                               (reason != nullptr ? reason : "the module has no codecs"));
     }
-    openedCodecs = codecs;
+    if (codecs != nullptr)
+        openedCodecs = codecs;
     return codecs;
 }
 
@@ -75,7 +76,7 @@ bool isReadable(const std::string& path) {
 /// Whether OpenCV encodes the format in memory. It writes others to a temporary file without noticing a full disk.
 bool isEncodedInMemory(const std::string& ending) {
     static const char* const ENDINGS[] = {".png",  ".jpg", ".jpeg", ".jpe", ".bmp", ".dib", ".tif", ".tiff",
-                                          ".webp", ".pbm", ".pgm",  ".ppm", ".pnm", ".pxm", ".pam", ".jp2"};
+                                          ".webp", ".pbm", ".pgm",  ".ppm", ".pnm", ".pxm", ".pam"};
     return std::any_of(std::begin(ENDINGS), std::end(ENDINGS),
                        [&](const char* known) { return strcasecmp(known, ending.c_str()) == 0; });
 }

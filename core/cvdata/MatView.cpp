@@ -5,7 +5,7 @@
 namespace tarvos::core::cvdata {
 
 cv::Mat matView(Image& image) {
-    if (image.empty())
+    if (image.empty() || image.iplImage() == nullptr)
         return {};
     IplImage whole = *image.iplImage();
     whole.roi = nullptr;
@@ -20,7 +20,9 @@ Image imageOf(const cv::Mat& pixels) {
     TARVOS_REQUIRE((pixels.depth() <= CV_64F) && "Image: This depth is not implemented!");  // OpenCV would pass it on
     if (pixels.empty())
         return {};
-    const IplImage header = cvIplImage(pixels);
+    // A part of another matrix is packed: its padding is not its own.
+    const bool isPart = pixels.step[0] != pixels.elemSize() * static_cast<std::size_t>(pixels.cols);
+    const IplImage header = cvIplImage(isPart ? pixels.clone() : pixels);
     return {&header};
 }
 

@@ -11,17 +11,17 @@
 namespace tarvos::core::cvdata {
 
 /// A view of the pixels of @p image for OpenCV's C++ functions: no pixel is copied, and writes reach the image, whose
-/// region of interest is ignored. Empty for an empty image. Valid until the image gets another size, is assigned an
-/// image of another geometry, moved from or destroyed.
+/// region of interest is ignored. Empty for an empty image. Valid until the image's buffer is replaced (see
+/// Image::imageBuffer(); resizeMemory() always does), moved from or destroyed.
 /// @ingroup images
 TARVOS_CORE_EXPORT cv::Mat matView(Image& image);
-/// A read-only view of the pixels of @p image; `cv::Mat` itself cannot express that.
+/// A read-only view of the pixels of @p image. Only the const result says so: a copy of it is writable.
 /// @ingroup images
 TARVOS_CORE_EXPORT const cv::Mat matView(const Image& image);
 /// A view would outlive a temporary image.
 cv::Mat matView(const Image&& image) = delete;
 
-/// A new image with a copy of the pixels of @p pixels, which may be a part of another `cv::Mat`: of 2 dimensions, with
+/// A new image with a copy of the pixels of @p pixels, which may be a part of another `cv::Mat`: with 2 dimensions and
 /// 1, 3 or 4 channels, taken as CHANNELS_GRAY, CHANNELS_BGR and CHANNELS_BGRA. Empty when @p pixels is. Stops the
 /// process as `Image(const IplImage*)` does, for instance for half floats.
 /// @ingroup images

@@ -53,10 +53,11 @@ void TiledImage::setCellImage(size_t cellRow, size_t cellCol, Image* img) {
     TARVOS_REQUIRE(img != NULL);
     TARVOS_REQUIRE_UNSIGNED(img->width() == mCellWidth);
     TARVOS_REQUIRE_UNSIGNED(img->height() == mCellHeight);
-    TARVOS_REQUIRE_UNSIGNED((width() == mCols * mCellWidth && height() == mRows * mCellHeight) &&
-                            "the mosaic was resized through its base");
     if (mCellWidth == 0 || mCellHeight == 0)
         return;
+    TARVOS_REQUIRE_UNSIGNED(
+        (iplImage() != NULL && iplImage()->width == mCols * mCellWidth && iplImage()->height == mRows * mCellHeight) &&
+        "the mosaic was resized through its base");
 
     // A header over the cell alone: the pixels that a region of interest would name.
     if (iplImage()->roi != nullptr)

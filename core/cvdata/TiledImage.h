@@ -9,7 +9,7 @@ namespace tarvos::core::cvdata {
 /// A mosaic: an image laid out as a grid of equally large cells, into which images of exactly that size are copied.
 ///
 /// It is used as one Image; clone() gives a plain Image of the mosaic's pixels. A mosaic that was moved from is empty
-/// and takes no cells.
+/// and accepts no cells.
 ///
 /// Class invariant: width() = columns x cell width and height() = rows x cell height. Assigning or resizing through an
 /// `Image&` can break it; setCellImage then stops the process.
@@ -27,8 +27,9 @@ public:
     TiledImage(TiledImage&& image) noexcept;
     ~TiledImage() override;
 
-    /// Copies grid, pixels, stride and alignment into a new buffer, from a temporary mosaic too; the time stamp and the
-    /// header object stay. Stops the process when @p image has no header.
+    /// Copies grid, pixels, stride and alignment into a new buffer, from a temporary mosaic too; the layout is what
+    /// OpenCV's header says, as in a copy. The time stamp and the header object stay. Stops the process when @p image
+    /// has no header.
     TiledImage& operator=(const TiledImage& image);
 
     /// Copies @p img, which the caller keeps, into the cell at (@p cellRow, @p cellCol), counted from 0. Afterwards

@@ -18,11 +18,10 @@ public:
     virtual VisualFeatures& operator=(const VisualFeatures& features);
 
     /// Free for the application, for instance to mark a feature as valid in this frame. False in a new feature, a
-    /// copied ColorGMM or ColourHist2d included; the assignments of the derived classes leave it alone.
+    /// copied one included; the assignments of the derived classes leave it alone.
     bool mFlag = false;
 
 protected:
-    // The root's assignment is for callers who hold a CvData&; here it would only hide a mistake.
     using CvData::operator=;
 };
 

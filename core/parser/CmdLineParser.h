@@ -55,12 +55,12 @@ public:
     /// The value as a number; see get().
     double getValueDouble(std::string name) const { return get<double>(name); }
     /// The value as formatted extraction from a stream reads it, in the classic locale: leading blanks are skipped
-    /// and what follows the value is ignored ("12abc" gives 12). For a number, text that is not one gives 0 and text
-    /// outside T's range gives the nearest limit; value() tells such input from a number.
+    /// and what follows the value is ignored ("12abc" gives 12). For an `int` or a
+    /// `double`, text that is not a number gives 0 and a number out of range the nearest limit; value() detects both.
     template <typename T>
     T get(std::string name) const;
-    /// The value if its whole text is a T, for instance `parser.value<int>("frames")`; otherwise, as for "12abc",
-    /// " 12", "1e99", "" and an unknown name, nothing. A `bool` is "1" or "0"; a string is always the whole text.
+    /// The value if its whole text is a T, for instance `parser.value<int>("frames")`; otherwise nothing, for an `int`
+    /// as with "12abc", " 12", "99999999999", "" or an unknown name. A `bool` is "1" or "0", a string any text.
     template <typename T>
     std::optional<T> value(std::string name) const;
     /// Whether the name was given on the command line.

@@ -21,12 +21,12 @@ namespace tarvos::core {
 ///
 /// An `order` of -1 selects such a whole vector, 0 the pose part alone, k from 1 to n block k alone.
 ///
-/// Vectors must have the right size when they are passed; any other size, and an order without a block, stops the
-/// process before anything is written. Reading may refresh the pose's stored vectors (see cvdata::Pose), so even
-/// concurrent readers of one state need a lock of the caller's.
+/// Vectors must have the right size when they are passed; any other size, and an order for which there is no block,
+/// stops the process before anything is written. Reading may refresh the pose's stored vectors (see cvdata::Pose), so
+/// even concurrent readers of one state need a lock of the caller's.
 ///
 /// Class invariant: there is a pose, and every block has poseDoF() elements. The number of blocks and the pose object
-/// never change. Moving copies, since a state always has a pose.
+/// never change. Moving a state copies it, since a state always has a pose.
 ///
 /// @snippet tracking.cpp state
 /// @ingroup tracking

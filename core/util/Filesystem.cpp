@@ -66,21 +66,22 @@ void copyFile(const std::string& from, const std::string& to) {
     requireName(from);
     requireName(to);
     std::error_code error = std::make_error_code(std::errc::invalid_argument);
+    const fs::path target = to;
     const fs::file_status status = fs::status(from);
     std::ifstream source(fs::is_regular_file(status) ? from : "", std::ios::binary);
-    if (!source.is_open() || fs::exists(fs::symlink_status(to)))
+    if (!source.is_open() || fs::exists(fs::symlink_status(target)))
         throw fs::filesystem_error("cannot copy", from, to, error);
-    fs::copy_file(from, to, error);
+    fs::copy_file(from, target, error);
     // GCC 12 copies nothing of a file in /proc, which states no size.
-    const bool isMissed = !error && fs::is_empty(to, error) && source.peek() != std::ifstream::traits_type::eof();
-    if (isMissed && !(std::ofstream(to, std::ios::binary) << source.rdbuf()).flush())
+    const bool isMissed = !error && fs::is_empty(target, error) && source.peek() != std::ifstream::traits_type::eof();
+    if (isMissed && !(std::ofstream(target, std::ios::binary) << source.rdbuf()).flush())
         error = std::make_error_code(std::errc::io_error);
     if (!error)  // without a set-user-id bit
-        fs::permissions(to, status.permissions() & fs::perms::all, error);
+        fs::permissions(target, status.permissions() & fs::perms::all, error);
     if (error) {
         std::error_code ignored;
         if (error != std::errc::file_exists)
-            fs::remove(to, ignored);
+            fs::remove(target, ignored);
         throw fs::filesystem_error("cannot copy", from, to, error);
     }
 }

@@ -12,8 +12,8 @@ namespace tarvos::core::util {
 ///
 /// Errors come in two kinds. Exception, which also reports itself on standard error, is what rm, mv, cp and ls throw
 /// when the operation itself fails. The file system's own error, `std::filesystem::filesystem_error`, passes through
-/// with nothing printed: from mkdir and exists, from mv and cp when the final test for the target fails, and from ls
-/// when the directory cannot be opened or read on. No rollback on error, except that cp removes a partial copy.
+/// with nothing printed: from mkdir and exists, from mv and cp when the final check that the target exists fails, and
+/// from ls when the directory cannot be opened or read on. No rollback on error, except that cp removes a partial copy.
 ///
 /// A name with a NUL byte names nothing: it does not exist, and nothing is created, moved or removed.
 ///
@@ -24,9 +24,9 @@ public:
     /// Creates one directory. False if it exists already. Throws the file system's error, also when the parent is
     /// missing or a file has that name.
     static bool mkdir(std::string path);
-    /// Removes a file, a link, or a directory with everything below it. Symlinks are removed, never followed, even
-    /// with a slash after their name or when they are swapped in meanwhile. True, even if there was nothing to remove.
-    /// Throws Exception, also for a path that ends in "." or "..", of which nothing is removed.
+    /// Removes a file, a link, or a directory with everything below it. Symlinks are removed, never followed, not
+    /// even a link to a directory with a slash after its name, or one that is swapped in meanwhile. True, even if there
+    /// was nothing to remove. Throws Exception, also for a directory given as "." or "..", of which nothing is removed.
     static bool rm(std::string path);
     /// Whether there is anything at @p path, links followed. Throws the file system's error when that is unknown.
     static bool exists(std::string path);

@@ -71,8 +71,8 @@ int main(int argc, char** argv) {
         for (unsigned int i = 0; i < 2; ++i)
             position[i] += velocity[i] * dt;
 
-        // Correct: half of the difference between measurement and prediction goes into the position,
-        // a part of it into the velocity.
+        // Correct: half of the difference between measurement and prediction goes into the
+        // position, a part of it into the velocity.
         Vector measured(2);
         if (markSkin(image, skin, measured) > 0) {
             for (unsigned int i = 0; i < 2; ++i) {

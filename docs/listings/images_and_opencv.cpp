@@ -16,7 +16,6 @@ using tarvos::core::cvdata::imageOf;
 using tarvos::core::cvdata::TiledImage;
 
 int main() {
-
     // A view for OpenCV's C++ functions, in one call.
     Image image(320, 240, Image::CHANNELS_BGR, Image::BITS_8U);
     cv::Mat pixels = matView(image);

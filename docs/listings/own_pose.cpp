@@ -35,8 +35,8 @@ public:
     }
 
     Pose& operator=(const Pose& pose) override {
-        Pose::operator=(pose);
         const auto& stick = dynamic_cast<const StickPose&>(pose);
+        Pose::operator=(pose);
         place(stick.mX, stick.mY, stick.mAngle);
         return *this;
     }

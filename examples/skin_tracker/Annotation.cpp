@@ -3,6 +3,8 @@
 #include <opencv2/imgproc.hpp>
 #include <tarvos/core/cvdata/MatView.h>
 
+#include <utility>
+
 namespace skin_tracker {
 
 namespace {

@@ -23,7 +23,7 @@ public:
     void write(const std::string& name, const std::string& text);
 
     /// Gives all files their names, and removes those of @p possible that an earlier run made and this one did not.
-    /// Their paths. Throws `std::runtime_error` when one of them cannot be published, and then publishes none.
+    /// Returns their paths. Throws `std::runtime_error` if a directory has one of the names, and then publishes none.
     std::vector<std::string> publish(const std::vector<std::string>& possible);
 
 private:

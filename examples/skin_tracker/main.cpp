@@ -15,6 +15,7 @@
 #include <tarvos/core/SystemManager.h>
 #endif
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <iostream>
@@ -74,7 +75,7 @@ double track(const CmdLineParser& parser, FrameSource& source, Recorder& recorde
     std::optional<Preview> preview;
     if (parser.getValueBool("show"))
         preview.emplace();
-    const int all = (source.frameCount() + step - 1) / step;
+    const int all = source.frameCount() / step + (source.frameCount() % step != 0 ? 1 : 0);
     Progress progress(most > 0 && all > 0 ? std::min(most, all) : all);
     Image frame;
     int number = 0;
@@ -142,7 +143,7 @@ int main(int argc, char** argv) {
     parser.addOption("output", "directory for the results", "skin_tracker_output", false);
     parser.addOption("step", "use every n-th frame", "1", false);
     parser.addOption("frames", "use at most this many frames, 0 for all", "0", false);
-    parser.addOption("order", "order of the state: 2 with velocity, 3 with acceleration", "2", false);
+    parser.addOption("order", "order of the state: 2 with velocity, 3 with acceleration, 4 with jerk", "2", false);
     parser.parse();
     try {
         const int signal = run(parser);

@@ -10,6 +10,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <dlfcn.h>
 #include <new>
 
@@ -177,10 +178,11 @@ INSTANTIATE_TEST_SUITE_P(, AllocationFailure, testing::ValuesIn(OPERATIONS),
 TEST(ImageFileAllocationFailure, LoadsTheImageOrNone) {
     const TemporaryDirectory directory;
     ASSERT_TRUE(Value<Image>::make(2).save("image.ppm"));
-    const auto load = [] {
+    const Image whole("image.ppm");
+    const auto load = [&] {
         try {
             const Image image("image.ppm");
-            EXPECT_TRUE(image.empty() || image.width() == 6);
+            EXPECT_TRUE(image.empty() || std::memcmp(image.row(1), whole.row(1), 18) == 0);
         } catch (const std::bad_alloc&) {
         }
     };

@@ -103,13 +103,13 @@ TEST(StillnessTest, TellsWhatMovesAndForgetsWhatWasRemembered) {
     const cv::Rect moving(40, 40, 64, 64), still(200, 40, 64, 64);
     cv::Mat frame = scene(moving, SKIN);
     frame(still).setTo(SKIN);
-    stillness.look(frame, 0.0);
+    stillness.add(frame, 0.0);
     frame(moving).setTo(WALL);
-    stillness.look(frame, 0.1);
+    stillness.add(frame, 0.1);
     EXPECT_TRUE(stillness.moves(maskOf(moving)));
     EXPECT_FALSE(stillness.moves(maskOf(still)));
     for (int i = 2; i < 40; ++i)
-        stillness.look(frame, 0.1 * i);
+        stillness.add(frame, 0.1 * i);
     EXPECT_FALSE(stillness.moves(maskOf(moving))) << "for seconds";
     stillness.remember(maskOf(still));
     cv::Mat mask(SIZE, CV_8U, cv::Scalar(255));
@@ -117,7 +117,7 @@ TEST(StillnessTest, TellsWhatMovesAndForgetsWhatWasRemembered) {
     EXPECT_EQ(mask.at<unsigned char>(72, 232), 0);
     EXPECT_EQ(mask.at<unsigned char>(72, 72), 255);
     frame(still).setTo(cv::Scalar(0, 0, 255));
-    stillness.look(frame, 4.0);
+    stillness.add(frame, 4.0);
     mask.setTo(255);
     stillness.removeBackground(mask, {});
     EXPECT_EQ(mask.at<unsigned char>(72, 232), 255) << "it looks different now";

@@ -11,7 +11,7 @@
 
 namespace tarvos::core::cvdata {
 
-/// One component of a Gaussian mixture. Nothing keeps its fields in step: whoever fills it sets them all.
+/// One component of a Gaussian mixture. Its fields are not kept consistent: whoever fills it sets them all.
 /// @ingroup features
 class TARVOS_CORE_EXPORT GM {
 public:
@@ -28,11 +28,11 @@ public:
     float mDeterminant = 0.0F;              ///< of the covariance
     unsigned int mDim;                      ///< dimension of the component
     math::Vector mMean;                     ///< mDim elements
-    float mWeight = 1.0F;  ///< share of this component in the mixture; the weights of a mixture sum to 1
+    float mWeight = 1.0F;                   ///< share of this component in the mixture; they should sum to 1
 };
 
 /// A Gaussian mixture over a colour space of at most four dimensions. It holds the components and can load a model of
-/// skin colour; evaluating the mixture is the tracker's business.
+/// skin colour; evaluating the mixture is left to the tracker.
 ///
 /// Components are held through shared pointers, so that a user can keep one. Construction, copying and
 /// initSkinDistribution() give every slot a component of its own and never overwrite one: a component that a user keeps

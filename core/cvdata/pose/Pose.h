@@ -58,8 +58,8 @@ public:
     void getIncData(math::Vector& vec);
 
 protected:
-    /// No elements yet: for a pose class whose constructor sets the members below. The vectors that it lets mData and
-    /// mIncData point to are its own to delete.
+    /// No elements yet: for a pose class whose constructor sets the members below. A class that points mData and
+    /// mIncData to vectors of its own deletes them itself, and needs a copy constructor of its own then.
     Pose() : Pose(0, 0) {}
     /// Makes both vectors, all zero and up to date. Stops the process when a count is negative.
     Pose(int dimension, int dof);

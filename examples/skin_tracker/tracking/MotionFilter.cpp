@@ -17,8 +17,8 @@ constexpr int BOX = 4;
 
 /// Standard deviation of a measured edge, in pixels: the edge of a hand is ragged.
 constexpr double MEASUREMENT_DEVIATION = 2.0;
-/// A hand changes its velocity by a few picture widths a second, within a second.
-constexpr double WIDTHS_PER_SECOND = 3.0;
+/// Standard deviation of a hand's acceleration, in picture widths per second squared.
+constexpr double ACCELERATION = 3.0;
 
 /// A matrix of OpenCV over the elements of @p vector.
 cv::Mat view(Vector& vector) {
@@ -39,7 +39,7 @@ double taylor(double dt, int n) {
 
 MotionFilter::MotionFilter(int order, int pictureWidth)
     : mOrder(order),
-      mJerkiness(WIDTHS_PER_SECOND * pictureWidth),
+      mJerkiness(ACCELERATION * pictureWidth),
       mState(VectorPose(BOX), order),
       mFilter(mState.stateIncDimension(), BOX, 0, CV_64F) {
     cv::setIdentity(mFilter.measurementMatrix);
@@ -56,7 +56,7 @@ void MotionFilter::start(const cv::Rect2d& box, double time) {
 
 void MotionFilter::predict(double time) {
     const double dt = time - mState.getTimeStamp();
-    // Each order of the state is continued by those above it; the one above them all is the noise.
+    // The transition is a Taylor series; noise enters as the derivative above the highest in the state.
     for (int row = 0; row < mOrder; ++row) {
         for (int col = 0; col < mOrder; ++col) {
             const cv::Rect block(col * BOX, row * BOX, BOX, BOX);

@@ -25,7 +25,7 @@ cv::Mat alike(const cv::Mat& a, const cv::Mat& b) {
 
 }  // namespace
 
-void Stillness::look(const cv::Mat& pixels, double time) {
+void Stillness::add(const cv::Mat& pixels, double time) {
     mSize = pixels.size();
     cv::Mat small = pixels;
     for (int cell = 1; cell < CELL; cell *= 2)  // halving is what OpenCV does fastest

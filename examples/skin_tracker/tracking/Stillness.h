@@ -4,22 +4,22 @@
 
 namespace skin_tracker {
 
-/// Tells what moves in a sequence of frames from what stays, and remembers what was found to be background.
+/// Distinguishes what moves in a sequence of frames from what stays, and remembers what was found to be background.
 ///
-/// It looks at the mean colours of cells of 8 x 8 pixels: a cell moves while it differs from what it was in the last
-/// second.
+/// It compares the mean colours of cells of 8 x 8 pixels: a cell moves while it differs from its mean over about the
+/// last second.
 class Stillness {
 public:
-    /// Looks at the next frame, 8-bit BGR, at @p time in seconds.
-    void look(const cv::Mat& pixels, double time);
+    /// Takes the next frame, 8-bit BGR, at @p time in seconds.
+    void add(const cv::Mat& pixels, double time);
 
     const cv::Size& size() const { return mSize; }
     /// Whether the region of @p mask (8-bit, one channel, as large as the frame), or its edge, moves in this frame.
     bool moves(const cv::Mat& mask) const;
-    /// Remembers the region of @p mask as background, as it looks now.
+    /// Remembers the region of @p mask as background, with its mean colours.
     void remember(const cv::Mat& mask);
-    /// Sets to 0 in @p mask, whose first pixel lies at @p corner of the frame, what was remembered and still looks as
-    /// it did then.
+    /// Sets to 0 in @p mask, whose first pixel is at @p corner of the frame, what was remembered and still looks the
+    /// same.
     void removeBackground(cv::Mat& mask, const cv::Point& corner) const;
 
 private:

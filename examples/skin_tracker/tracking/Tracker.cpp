@@ -12,22 +12,22 @@ namespace {
 using tarvos::core::cvdata::Blobs;
 using tarvos::core::cvdata::Image;
 
-/// What has not moved for so long, in seconds, since it was first seen is no hand; a hand that has moved may rest
+/// What has not moved for this long, in seconds, since it was first seen is not a hand; a hand that has moved may rest
 /// longer.
 constexpr double LONGEST_STILLNESS = 1.0;
 constexpr double LONGEST_REST = 10.0;
-/// A track ends when the hand was not seen for longer than this, in seconds.
+/// A track ends after the hand was out of sight for this long, in seconds.
 constexpr double LONGEST_ABSENCE = 2.0;
-/// Regions up to this share of the picture are no hand.
+/// The least share of the picture that a hand covers.
 constexpr double LEAST_AREA = 0.002;
-/// So many frames teach the colours of the hand.
+/// The number of frames that teach the colours of the hand.
 constexpr int FRAMES_TO_LEARN = 10;
-/// While the hand is seen, the next frame is looked at in this share of its extent around it.
+/// The margin of the search around the hand, as a share of its extent.
 constexpr double ROOM = 0.25;
-/// tidy() closes holes up to so many pixels wide, so that what is beyond an edge makes itself felt so far.
+/// How far, in pixels, tidy() lets pixels beyond an edge change the region: a little more than its larger kernel.
 constexpr int CLOSED = 8;
 
-/// Whether something that ends at the sides of @p area may go on beyond, in what the picture @p whole has there.
+/// Whether a region with the box @p box, found in the part @p area of the picture @p whole, may continue outside it.
 bool reachesOut(const cv::Rect& box, const cv::Rect& area, const cv::Rect& whole) {
     const cv::Rect around(box.tl() - cv::Point(CLOSED, CLOSED), box.size() + cv::Size(2 * CLOSED, 2 * CLOSED));
     return ((around & whole) | area) != area;
@@ -41,7 +41,7 @@ void Tracker::process(const Image& frame, double time) {
         mMotion->predict(time);
         mPredictedCentre = mMotion->centre();
     }
-    mStillness.look(pixels, time);
+    mStillness.add(pixels, time);
     if (mFramesLearned < FRAMES_TO_LEARN)
         learn(pixels);
 
@@ -57,7 +57,7 @@ void Tracker::process(const Image& frame, double time) {
     }
     mBlobs = regions.blobs();
     const cv::Mat region = hand != nullptr ? regions.maskOf(*hand, pixels.size()) : cv::Mat();
-    mFound = hand != nullptr && !isBackground(region, time);
+    mFound = hand != nullptr && !restsTooLong(region, time);
     if (hand != nullptr && !mFound)
         giveUp(region);
     if (!mFound) {
@@ -76,7 +76,7 @@ void Tracker::process(const Image& frame, double time) {
     }
 }
 
-/// Where the hand should be, with room around it.
+/// The predicted box with a margin.
 cv::Rect Tracker::neighbourhood() const {
     const cv::Rect2d box = mMotion->box();
     const cv::Size2d room(ROOM * box.width + mMotion->uncertainty(), ROOM * box.height + mMotion->uncertainty());
@@ -89,16 +89,15 @@ Regions Tracker::regionsIn(const cv::Mat& pixels, const cv::Rect& area) const {
     return regionsOf(mask, area.tl());
 }
 
-/// The regions of @p mask, whose first pixel lies at @p corner of the frame, but for those that are known not to be the
-/// hand.
+/// The regions of @p mask, whose first pixel is at @p corner of the frame, without the known background.
 Regions Tracker::regionsOf(cv::Mat& mask, const cv::Point& corner) const {
     mStillness.removeBackground(mask, corner);
     tidy(mask);
     return {mask, LEAST_AREA * mStillness.size().area(), corner};
 }
 
-/// Whether @p region, which would be the hand at @p time, has been still for too long to be one.
-bool Tracker::isBackground(const cv::Mat& region, double time) {
+/// Updates when the hand has moved, @p region being where it is at @p time. Whether it has been still for too long.
+bool Tracker::restsTooLong(const cv::Mat& region, double time) {
     if (!mMotion) {  // a new track
         mHasMoved = false;
         mLastMoved = time;
@@ -109,7 +108,7 @@ bool Tracker::isBackground(const cv::Mat& region, double time) {
     return time - mLastMoved > (mHasMoved ? LONGEST_REST : LONGEST_STILLNESS);
 }
 
-/// Ends the track of what has turned out to be background.
+/// Ends the track, @p region being background.
 void Tracker::giveUp(const cv::Mat& region) {
     mStillness.remember(region);
     mMotion.reset();
@@ -119,7 +118,7 @@ void Tracker::giveUp(const cv::Mat& region) {
     }
 }
 
-/// Goes on without a hand in the frame at @p time.
+/// Continues without a hand in the frame at @p time.
 void Tracker::miss(double time) {
     mOutline.clear();
     mOutline.mPoints.clear();
@@ -129,7 +128,7 @@ void Tracker::miss(double time) {
         mMotion->keepSize();
 }
 
-/// Teaches the hand's colours, if the general model finds skin.
+/// Learns the hand's colours from the largest region of skin, if any.
 void Tracker::learn(const cv::Mat& pixels) {
     const cv::Mat hsv = hueSaturationValue(pixels);
     cv::Mat skin = markColours(hsv, mSkin);
@@ -140,8 +139,8 @@ void Tracker::learn(const cv::Mat& pixels) {
     }
 }
 
-/// The region that is taken for the hand: before the track has started the largest one, then the one nearest to the
-/// prediction, if it lies within reach; null when there is none.
+/// The region that is taken for the hand: without a track the largest one, otherwise the one nearest to the prediction
+/// and within reach; null if there is none.
 const Blobs::BlobInfo* Tracker::pick(const Regions& regions) const {
     if (!mMotion)
         return regions.largest();

@@ -15,6 +15,9 @@ TEST(MatViewTest, SharesThePixelsWhateverTheRegionOfInterest) {
     EXPECT_EQ(matView(std::as_const(image)).at<cv::Vec3w>(4, 5), cv::Vec3w(1, 2, 3));
     const Image empty;
     EXPECT_TRUE(matView(empty).empty());
+    Image described;
+    described.updateFromOpencvHeader(image.iplImage());
+    EXPECT_TRUE(matView(described).empty()) << "without a buffer";
 }
 
 template <typename T>
@@ -36,6 +39,7 @@ TEST(ImageOfTest, CopiesAPartOfAMat) {
     EXPECT_EQ(part.width(), 3);
     EXPECT_EQ(part.channels(), Image::CHANNELS_BGRA);
     EXPECT_EQ(matView(part).at<cv::Vec4b>(1, 2), cv::Vec4b(1, 2, 3, 4));
+    EXPECT_EQ(part.widthStep(), 12) << "the parent's padding is not read";
     EXPECT_TRUE(imageOf(cv::Mat()).empty());
 }
 

@@ -56,6 +56,10 @@ TEST_F(TiledImageTest, StopsOnAWrongCell) {
 }
 
 TEST_F(TiledImageTest, StopsWhereTheGridNoLongerFitsTheImage) {
+    TiledImage described(mosaic);
+    described.resizeMemory(2, 2);
+    described.updateFromOpencvHeader(mosaic.iplImage());
+    EXPECT_DEATH(described.setCellImage(1, 1, &cell), "resized through its base");
     static_cast<Image&>(mosaic) = cell;
     EXPECT_DEATH(mosaic.setCellImage(0, 0, &cell), "resized through its base");
     const TiledImage moved(std::move(mosaic));
