@@ -9,8 +9,7 @@ namespace skin_tracker {
 
 namespace {
 
-/// Frames.
-constexpr std::size_t TRAIL_LENGTH = 30;
+constexpr std::size_t TRAIL_LENGTH = 30;  // frames
 
 const cv::Scalar BLUE(255, 64, 0);
 const cv::Scalar GREEN(0, 220, 0);

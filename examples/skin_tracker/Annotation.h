@@ -9,8 +9,7 @@
 
 namespace skin_tracker {
 
-/// Draws what a tracker knows into its frames: box and outline of the hand, the centre that was predicted, and the
-/// trail of the last centres.
+/// Draws into frames the hand's box and outline, its predicted centre, and the trail of its last centres.
 class Annotation {
 public:
     /// Draws into @p frame; to be called for every frame.

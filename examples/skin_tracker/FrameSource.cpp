@@ -20,26 +20,26 @@ namespace {
 using tarvos::core::cvdata::Image;
 using tarvos::core::util::Filesystem;
 
-/// For inputs that do not say: what most cameras deliver.
+/// For inputs without a rate: what most cameras deliver.
 constexpr double DEFAULT_FRAME_RATE = 25.0;
 
-/// Whether a file of this name should be an image, going by its ending.
+/// Whether a file is an image by the ending of its name.
 bool isImage(const std::string& name) {
     static const std::regex images(R"(.*\.(png|jpe?g|bmp|p[gp]m|tiff?|webp))", std::regex::icase);
     return std::regex_match(name, images);
 }
 
-/// What OpenCV captures from a video file or a camera.
+/// A video file or a camera.
 class Capture : public FrameSource {
 public:
-    explicit Capture(const std::string& path) : mKind("video") {
+    explicit Capture(const std::string& path) {
         keepQuiet();
         // From the root: FFmpeg takes what stands before a colon for a protocol.
         if (!mCapture.open(std::filesystem::absolute(path), cv::CAP_FFMPEG))
             throw std::runtime_error("cannot decode the video " + path);
         mFrameCount = std::max(static_cast<int>(mCapture.get(cv::CAP_PROP_FRAME_COUNT)), 0);
     }
-    explicit Capture(int camera) : mKind("camera") {
+    explicit Capture(int camera) {
         keepQuiet();
         if (!mCapture.open(camera, cv::CAP_V4L2))
             throw std::runtime_error("there is no camera " + std::to_string(camera));
@@ -49,14 +49,13 @@ public:
         if (!mCapture.read(mDecoded) || mDecoded.empty())
             return false;
         if (mDecoded.type() != CV_8UC3)
-            throw std::runtime_error(std::string("the ") + mKind + " has no 8-bit colour frames");
+            throw std::runtime_error("the input has no 8-bit colour frames");
         if (frame.width() != mDecoded.cols || frame.height() != mDecoded.rows)
             frame = Image(mDecoded.cols, mDecoded.rows, Image::CHANNELS_BGR, Image::BITS_8U);
         mDecoded.copyTo(matView(frame));
         return true;
     }
 
-    const char* kind() const override { return mKind; }
     double frameRate() const override {
         const double rate = mCapture.get(cv::CAP_PROP_FPS);
         return rate > 0.0 ? rate : DEFAULT_FRAME_RATE;
@@ -64,13 +63,12 @@ public:
     int frameCount() const override { return mFrameCount; }
 
 private:
-    /// What is wrong with an input is said once, by this program.
+    /// Errors of an input are reported once, by this program.
     static void keepQuiet() {
         cv::utils::logging::setLogLevel(cv::utils::logging::LOG_LEVEL_SILENT);
         setenv("OPENCV_FFMPEG_LOGLEVEL", "-8", 0);
     }
 
-    const char* mKind;
     int mFrameCount = 0;
     cv::VideoCapture mCapture;
     cv::Mat mDecoded;
@@ -102,14 +100,13 @@ public:
                 frame = loaded;
                 return true;
             }
-            std::cerr << "skin_tracker: passed over " + path +
+            std::cerr << "skin_tracker: skipped " + path +
                              cv::format(", which is %dx%d pixels, the frames before it %dx%d\n", loaded.width(),
                                         loaded.height(), mSize.width, mSize.height);
         }
         return false;
     }
 
-    const char* kind() const override { return "directory"; }
     double frameRate() const override { return DEFAULT_FRAME_RATE; }
     int frameCount() const override { return static_cast<int>(mPaths.size()); }
 

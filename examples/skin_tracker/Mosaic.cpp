@@ -14,12 +14,9 @@ using tarvos::core::cvdata::TiledImage;
 
 constexpr std::size_t GRID = 4;
 constexpr std::size_t CELLS = GRID * GRID;
-/// So many frames are kept that a pick of 16 is even to within a few per cent.
+/// Enough frames for an even pick of 16.
 constexpr std::size_t MOST_KEPT = 8 * CELLS;
 constexpr int CELL_WIDTH = 320;
-
-const cv::Scalar FRAME(0, 0, 0);
-const cv::Scalar CAPTION(255, 255, 255);
 
 }  // namespace
 
@@ -31,9 +28,10 @@ void Mosaic::add(const Image& frame, const std::string& caption) {
                frame.channels(), frame.bitsPerChannel());
     cv::Mat pixels = matView(cell);
     cv::resize(matView(frame), pixels, pixels.size(), 0, 0, cv::INTER_AREA);
-    cv::rectangle(pixels, cv::Rect(0, 0, pixels.cols, pixels.rows), FRAME);
-    cv::putText(pixels, caption, {6, pixels.rows - 8}, cv::FONT_HERSHEY_SIMPLEX, 0.45, FRAME, 3, cv::LINE_AA);
-    cv::putText(pixels, caption, {6, pixels.rows - 8}, cv::FONT_HERSHEY_SIMPLEX, 0.45, CAPTION, 1, cv::LINE_AA);
+    cv::putText(pixels, caption, {6, pixels.rows - 8}, cv::FONT_HERSHEY_SIMPLEX, 0.45, cv::Scalar::all(0), 3,
+                cv::LINE_AA);
+    cv::putText(pixels, caption, {6, pixels.rows - 8}, cv::FONT_HERSHEY_SIMPLEX, 0.45, cv::Scalar::all(255), 1,
+                cv::LINE_AA);
     mKept.push_back(std::move(cell));
 
     if (mKept.size() == MOST_KEPT) {

@@ -14,8 +14,7 @@ public:
     /// Offers the next frame of the sequence, of which a copy may be kept, not larger than a cell and with @p caption.
     void add(const tarvos::core::cvdata::Image& frame, const std::string& caption);
 
-    /// The mosaic of the frames kept; with fewer than 16, the cells left over are black. At least one frame must have
-    /// been added.
+    /// The mosaic; cells without a frame are black. At least one frame must have been added.
     tarvos::core::cvdata::TiledImage compose();
 
 private:

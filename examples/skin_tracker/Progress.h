@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <string>
 #include <unistd.h>
 
 namespace skin_tracker {
@@ -10,37 +11,32 @@ namespace skin_tracker {
 class Progress {
 public:
     /// @p expected is the number of frames to come, or 0 if it is unknown.
-    explicit Progress(int expected) : mExpected(expected), mOnTerminal(isatty(STDERR_FILENO) == 1) {}
-    ~Progress() { clear(); }
+    explicit Progress(int expected)
+        : mExpected(expected > 0 ? " of " + std::to_string(expected) : ""), mOnTerminal(isatty(STDERR_FILENO) == 1) {}
+    ~Progress() {
+        if (mOnTerminal)
+            std::fputs("\r\033[K", stderr);
+    }
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
     /// Counts one more frame.
     void step() {
         ++mFrames;
-        if (!mOnTerminal && mFrames % 100 == 0)
+        if (mOnTerminal && mFrames % 10 == 0)
+            std::fprintf(stderr, "\r\033[K%d%s frames, %.0f a second", mFrames, mExpected.c_str(), framesPerSecond());
+        else if (!mOnTerminal && mFrames % 100 == 0)
             std::fprintf(stderr, "skin_tracker: %d frames\n", mFrames);
-        if (!mOnTerminal || mFrames % 10 != 0)
-            return;
-        clear();
-        if (mExpected > 0)
-            std::fprintf(stderr, "%3d %%, ", 100 * mFrames / mExpected);
-        std::fprintf(stderr, "%d frames, %.0f a second", mFrames, framesPerSecond());
     }
     double framesPerSecond() const {
         return mFrames / std::chrono::duration<double>(std::chrono::steady_clock::now() - mStart).count();
     }
 
 private:
-    int mExpected;
+    std::string mExpected;
     int mFrames = 0;
     bool mOnTerminal;
     std::chrono::steady_clock::time_point mStart = std::chrono::steady_clock::now();
-
-    void clear() const {
-        if (mOnTerminal)
-            std::fputs("\r\033[K", stderr);
-    }
 };
 
 }  // namespace skin_tracker

@@ -3,8 +3,8 @@
 #include <opencv2/core.hpp>
 #include <tarvos/core/cvdata/MatView.h>
 
+#include <fstream>
 #include <iomanip>
-#include <locale>
 #include <stdexcept>
 
 namespace skin_tracker {
@@ -21,7 +21,6 @@ constexpr const char* VIDEO = "track.avi";
 }  // namespace
 
 Recorder::Recorder(const std::string& output, double videoRate) : mResults(output) {
-    mTable.imbue(std::locale::classic());
     mTable << "frame,time,x,y,width,height,vx,vy,blobs,area,found\n" << std::fixed;
     if (videoRate > 0.0)
         mVideo.emplace(mResults.partOf(VIDEO), videoRate);
@@ -49,12 +48,14 @@ void Recorder::add(int number, double time, const Tracker& tracker, Image& frame
 std::vector<std::string> Recorder::publish() {
     if (mVideo)
         mVideo->finish();
-    mResults.write(TABLE, mTable.str());
+    std::ofstream table(mResults.partOf(TABLE), std::ios::binary);
+    table << mTable.str();
+    table.close();
     const TiledImage mosaic = mMosaic.compose();
     cv::Mat withLegend;
     cv::vconcat(matView(mosaic), Annotation::legend(mosaic.width()), withLegend);
-    if (!tarvos::core::cvdata::imageOf(withLegend).save(mResults.partOf(MOSAIC)))
-        throw std::runtime_error(std::string("cannot write ") + MOSAIC + ": is the disk full?");
+    if (!table || !tarvos::core::cvdata::imageOf(withLegend).save(mResults.partOf(MOSAIC)))
+        throw std::runtime_error("cannot write the results: is the disk full?");
     return mResults.publish({TABLE, MOSAIC, VIDEO});
 }
 

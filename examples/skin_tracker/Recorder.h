@@ -14,23 +14,19 @@
 namespace skin_tracker {
 
 /// Turns a track into its results: a table, a mosaic of annotated frames and, if wanted, an annotated video.
-///
-/// The table has comma-separated columns and a row per frame: frame number, time in seconds, centre x and y, width and
-/// height in pixels, velocity vx and vy in pixels per second, the number of regions, the area in pixels, and whether
-/// the hand was found. Without a track the columns from x to vy are empty.
+/// The README describes the columns of the table.
 class Recorder {
 public:
-    /// Records for @p output. A video is written as well if @p videoRate, in frames a second, is above 0.
+    /// Records for @p output. A video is written as well if @p videoRate, in frames per second, is above 0.
     Recorder(const std::string& output, double videoRate);
 
-    /// Takes what @p tracker knows of frame @p number at @p time, and draws it into @p frame.
+    /// Records what @p tracker found in frame @p number at @p time, and draws it into @p frame.
     void add(int number, double time, const Tracker& tracker, tarvos::core::cvdata::Image& frame);
-    /// Writes and publishes everything; the paths. Throws `std::runtime_error` when that cannot be done, and then
-    /// publishes nothing.
+    /// Writes and publishes everything; returns the paths. Throws `std::runtime_error` if that fails.
     std::vector<std::string> publish();
 
     int frames() const { return mFrames; }
-    /// In how many frames the hand was found.
+    /// The number of frames in which the hand was found.
     int found() const { return mFound; }
 
 private:

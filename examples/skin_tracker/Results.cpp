@@ -1,24 +1,19 @@
 #include "Results.h"
 
-#include <tarvos/core/util/Filesystem.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <stdexcept>
 
 namespace skin_tracker {
 
 namespace fs = std::filesystem;
-using tarvos::core::util::Filesystem;
 
 Results::Results(const std::string& path) : mPath(path) {
-    try {
-        mCreated = Filesystem::mkdir(path);
-    } catch (const std::exception& error) {
+    std::error_code error;
+    mCreated = fs::create_directory(path, error);
+    if (error)
         throw std::runtime_error("cannot create the output directory " + path);
-    }
     mWork = path + "/.skin_tracker-XXXXXX";
     if (mkdtemp(mWork.data()) == nullptr) {
         mWork.clear();
@@ -30,20 +25,12 @@ Results::~Results() {
     std::error_code ignored;
     fs::remove_all(mWork, ignored);
     if (mCreated)
-        fs::remove(mPath, ignored);  // which only an empty directory lets happen
+        fs::remove(mPath, ignored);  // fails harmlessly unless empty
 }
 
 std::string Results::partOf(const std::string& name) {
     mNames.push_back(name);
     return mWork + "/" + name;
-}
-
-void Results::write(const std::string& name, const std::string& text) {
-    std::ofstream file(partOf(name), std::ios::binary);
-    file << text;
-    file.close();
-    if (!file)
-        throw std::runtime_error("cannot write " + name + ": is the disk full?");
 }
 
 std::vector<std::string> Results::publish(const std::vector<std::string>& possible) {

@@ -2,21 +2,23 @@
 /// Tracks a hand in a video or in a directory of images.
 
 #include "FrameSource.h"
-#include "Interruption.h"
-#include "Preview.h"
 #include "Progress.h"
 #include "Recorder.h"
 #include "tracking/Tracker.h"
 
+#include <opencv2/highgui.hpp>
 #include <tarvos/core/Exception.h>
+#include <tarvos/core/cvdata/MatView.h>
 #include <tarvos/core/parser/CmdLineParser.h>
 #include <tarvos/core/util/Resources.h>
 #ifdef TARVOS_WITH_OPENGL
 #include <tarvos/core/SystemManager.h>
 #endif
 
+#include <X11/Xlib.h>
 #include <algorithm>
 #include <cmath>
+#include <csignal>
 #include <filesystem>
 #include <iostream>
 #include <limits>
@@ -24,14 +26,31 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
-#include <vector>
 
 namespace {
 
 using namespace skin_tracker;
 using tarvos::core::cvdata::Image;
 using tarvos::core::parser::CmdLineParser;
-using tarvos::core::util::Resources;
+
+/// The first SIGINT or SIGTERM, 0 before; a second one kills.
+volatile std::sig_atomic_t interruption = 0;
+
+void recordInterruptions() {
+    struct sigaction action {};
+    action.sa_handler = [](int signal) { interruption = signal; };
+    action.sa_flags = static_cast<int>(SA_RESETHAND) | SA_RESTART;
+    sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGTERM, &action, nullptr);
+}
+
+/// Throws if there is no display: OpenCV's window system would end the process.
+void requireDisplay() {
+    Display* display = XOpenDisplay(nullptr);
+    if (display == nullptr)
+        throw std::runtime_error("-show needs a display");
+    XCloseDisplay(display);
+}
 
 /// The value of option @p name; throws unless it is a whole number between @p least and @p most.
 int parseInt(const CmdLineParser& parser, const std::string& name, int least,
@@ -51,7 +70,7 @@ std::string findInput(const CmdLineParser& parser) {
         throw std::runtime_error("-input takes the name of a video or a directory");
     if (std::filesystem::exists(name))
         return name;
-    std::string found = Resources("", "skin_tracker").findFile(name);
+    std::string found = tarvos::core::util::Resources("", "skin_tracker").findFile(name);
     if (found.empty())
         throw std::runtime_error("there is no " + name);
     return found;
@@ -68,36 +87,36 @@ std::unique_ptr<FrameSource> openSource(const CmdLineParser& parser) {
 }
 
 /// Tracks to the end of the input, the last frame wanted, or the first signal. Returns the frames per second.
-double track(const CmdLineParser& parser, FrameSource& source, Recorder& recorder, const Interruption& interruption) {
+double track(const CmdLineParser& parser, FrameSource& source, Recorder& recorder) {
     const int step = parseInt(parser, "step", 1);
     const int most = parseInt(parser, "frames", 0);
     Tracker tracker(parseInt(parser, "order", 2, 4));
-    std::optional<Preview> preview;
-    if (parser.getValueBool("show"))
-        preview.emplace();
+    const bool isShown = parser.getValueBool("show");
+    if (isShown)
+        requireDisplay();
     const int all = source.frameCount() / step + (source.frameCount() % step != 0 ? 1 : 0);
     Progress progress(most > 0 && all > 0 ? std::min(most, all) : all);
     Image frame;
     int number = 0;
     bool isEscaped = false;
-    const auto isDone = [&] {
-        return isEscaped || interruption.signal() != 0 || (most > 0 && recorder.frames() == most);
-    };
+    const auto isDone = [&] { return isEscaped || interruption != 0 || (most > 0 && recorder.frames() == most); };
     for (; !isDone() && source.read(frame); ++number) {
         if (number % step != 0)
             continue;
         const double time = number / source.frameRate();
         tracker.process(frame, time);
         recorder.add(number, time, tracker, frame);
-        isEscaped = preview && !preview->show(frame);
+        if (isShown) {
+            cv::imshow("skin_tracker", matView(frame));
+            isEscaped = (cv::waitKey(1) & 0xFF) == 27;  // Escape
+        }
         progress.step();
     }
-    if (recorder.frames() == 0 && interruption.signal() == 0)
-        throw std::runtime_error(std::string("no frame of the ") + source.kind() + " can be decoded");
+    if (recorder.frames() == 0 && interruption == 0)
+        throw std::runtime_error("no frame of the input can be decoded");
     if (!isDone() && number < source.frameCount())
-        std::cerr << std::string("skin_tracker: the ") + source.kind() + " says " +
-                         std::to_string(source.frameCount()) + " frames, " + std::to_string(number) +
-                         " could be decoded\n";
+        std::cerr << cv::format("skin_tracker: the input has %d frames, %d could be decoded\n", source.frameCount(),
+                                number);
     return progress.framesPerSecond();
 }
 
@@ -110,13 +129,13 @@ int run(const CmdLineParser& parser) {
         tarvos::core::SystemManager::instance().initOpenGLContext(64, 64, 0, 0, "skin_tracker", true);
 #endif
     const auto source = openSource(parser);
-    const Interruption interruption;
+    recordInterruptions();
     const std::string output = parser.getValue("output");
     Recorder recorder(output, parser.getValueBool("video") ? source->frameRate() / parseInt(parser, "step", 1) : 0.0);
-    const double framesPerSecond = track(parser, *source, recorder, interruption);
+    const double framesPerSecond = track(parser, *source, recorder);
 
     std::string summary = std::to_string(recorder.frames()) + " frames" +
-                          (interruption.signal() != 0 ? ", then interrupted" : "") + "; hand found in " +
+                          (interruption != 0 ? ", then interrupted" : "") + "; hand found in " +
                           std::to_string(recorder.found()) + "; " + std::to_string(std::lround(framesPerSecond)) +
                           " frames a second\n";
     if (recorder.frames() > 0)
@@ -125,7 +144,7 @@ int run(const CmdLineParser& parser) {
     if (recorder.frames() > 0)
         summary += "plot: gnuplot -c '" PLOT_SCRIPT "' '" + output + "/track.csv' '" + output + "/track.png'\n";
     std::cout << summary << std::flush;
-    return interruption.signal();
+    return interruption;
 }
 
 }  // namespace

@@ -5,8 +5,7 @@
 
 namespace skin_tracker {
 
-/// The colours of one hand in one light, and those around it: two histograms over hue, saturation and value. It learns
-/// from frames in which the hand is known.
+/// The colours of one hand in one light, and those around it: two histograms over hue, saturation and value.
 class HandModel {
 public:
     HandModel();

@@ -22,8 +22,6 @@ public:
     /// Corrects the estimate by the box measured at the state's time.
     void correct(const cv::Rect2d& box);
 
-    /// The estimate; its time stamp is in seconds.
-    const tarvos::core::State& state() const { return mState; }
     cv::Point2d centre() const;
     /// Velocity of the centre in pixels per second.
     cv::Point2d velocity() const;

@@ -23,8 +23,7 @@ public:
     const BlobInfo* largest() const;
     /// The pixels of one region as a mask of the frame's @p size.
     cv::Mat maskOf(const BlobInfo& blob, const cv::Size& size) const;
-    /// Samples the outline of one region every few pixels into @p outline: points hold the position (x, y) in `mVec4`,
-    /// and each edge refers to the two points that it joins, the last one to the first.
+    /// Samples the outline of one region into @p outline: points hold the position (x, y) in `mVec4`, edges join two.
     void traceOutline(const BlobInfo& blob, tarvos::core::cvdata::VisContourSamplePts& outline) const;
 
 private:

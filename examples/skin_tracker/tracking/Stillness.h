@@ -5,7 +5,6 @@
 namespace skin_tracker {
 
 /// Distinguishes what moves in a sequence of frames from what stays, and remembers what was found to be background.
-///
 /// It compares the mean colours of cells of 8 x 8 pixels: a cell moves while it differs from its mean over about the
 /// last second.
 class Stillness {
