@@ -20,9 +20,9 @@ Image imageOf(const cv::Mat& pixels) {
     TARVOS_REQUIRE((pixels.depth() <= CV_64F) && "Image: This depth is not implemented!");  // OpenCV would pass it on
     if (pixels.empty())
         return {};
-    // A part of another matrix is packed: its padding is not its own.
     const bool isPart = pixels.step[0] != pixels.elemSize() * static_cast<std::size_t>(pixels.cols);
-    const IplImage header = cvIplImage(isPart ? pixels.clone() : pixels);
+    const cv::Mat packed = isPart ? pixels.clone() : pixels;  // a part's padding is not its own
+    const IplImage header = cvIplImage(packed);
     return {&header};
 }
 
