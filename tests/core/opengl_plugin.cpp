@@ -1,7 +1,7 @@
-// A plugin of opengl_probe that wants a context, too.
+// A plugin of opengl_probe that makes a context, too.
 
 #include "core/SystemManager.h"
 
-extern "C" __attribute__((visibility("default"))) void wantContext() {
+extern "C" __attribute__((visibility("default"))) void makeContext() {
     tarvos::core::SystemManager::instance().initOpenGLContext(64, 48, 5, 5, "plugin", false);
 }

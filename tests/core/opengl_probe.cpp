@@ -46,7 +46,7 @@ GLenum glewInit() {
 namespace {
 
 template <int WIDTH, bool CHECKS>
-void wantContext() {
+void makeContext() {
     tarvos::core::SystemManager::instance().initOpenGLContext(WIDTH, 48, 5, 6, "probe", CHECKS);
 }
 
@@ -59,7 +59,7 @@ void initialiseGlut() {
 
 void loadPlugin() {
     void* plugin = dlopen(OPENGL_PLUGIN, RTLD_NOW | RTLD_LOCAL);
-    reinterpret_cast<void (*)()>(dlsym(plugin, "wantContext"))();
+    reinterpret_cast<void (*)()>(dlsym(plugin, "makeContext"))();
 }
 
 /// Runs the main loop for a window of the application's, for a while.
@@ -73,7 +73,7 @@ void runMainLoop() {
     std::cout << "main loop left" << std::endl;
 }
 
-void tellWindow() {
+void printWindow() {
     std::cout << "window " << glutGetWindow() << ": " << glutGet(GLUT_INIT_WINDOW_WIDTH) << "x"
               << glutGet(GLUT_INIT_WINDOW_HEIGHT) << " at " << glutGet(GLUT_INIT_WINDOW_X) << ", "
               << glutGet(GLUT_INIT_WINDOW_Y) << std::endl;
@@ -81,11 +81,11 @@ void tellWindow() {
 }
 
 const std::map<std::string, void (*)()> ACTIONS = {{"glut", initialiseGlut},
-                                                   {"context", wantContext<64, false>},
-                                                   {"wider", wantContext<74, false>},
-                                                   {"checks", wantContext<64, true>},
+                                                   {"context", makeContext<64, false>},
+                                                   {"wider", makeContext<74, false>},
+                                                   {"checks", makeContext<64, true>},
                                                    {"plugin", loadPlugin},
-                                                   {"window", tellWindow},
+                                                   {"window", printWindow},
                                                    {"loop", runMainLoop}};
 
 }  // namespace
