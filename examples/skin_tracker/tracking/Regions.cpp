@@ -3,7 +3,6 @@
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
-#include <vector>
 
 namespace skin_tracker {
 
@@ -24,22 +23,21 @@ void tidy(cv::Mat& mask) {
     cv::morphologyEx(mask, mask, cv::MORPH_CLOSE, hole);
 }
 
-Regions::Regions(const cv::Mat& mask, double leastArea, const cv::Point& corner) : mCorner(corner) {
-    cv::Mat stats;
-    cv::Mat centroids;
-    const int labels = cv::connectedComponentsWithStats(mask, mLabels, stats, centroids);
-    for (int label = 1; label < labels; ++label) {  // 0 is the background
-        const int* stat = stats.ptr<int>(label);
-        if (stat[cv::CC_STAT_AREA] < leastArea)
+Regions::Regions(const cv::Mat& mask, double leastArea, const cv::Point& corner) {
+    cv::findContours(mask, mContours, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE, corner);
+    for (std::size_t i = 0; i < mContours.size(); ++i) {
+        const double onEdge = static_cast<double>(mContours[i].size());
+        const int area = cvRound(cv::contourArea(mContours[i]) + onEdge / 2) + 1;  // Pick's theorem
+        if (area < leastArea)
             continue;
+        const cv::Rect box = cv::boundingRect(mContours[i]);
         mBlobs.addBlob();
         BlobInfo& blob = mBlobs.mBlobs.back();
-        blob.mBlock = {corner.x + stat[cv::CC_STAT_LEFT], corner.y + stat[cv::CC_STAT_TOP], stat[cv::CC_STAT_WIDTH],
-                       stat[cv::CC_STAT_HEIGHT]};
-        blob.mVector[0] = blob.mBlock[0] + blob.mBlock[2] / 2.0;
-        blob.mVector[1] = blob.mBlock[1] + blob.mBlock[3] / 2.0;
-        blob.mField1 = label;
-        blob.mField2 = stat[cv::CC_STAT_AREA];
+        blob.mBlock = {box.x, box.y, box.width, box.height};
+        blob.mVector[0] = box.x + box.width / 2.0;
+        blob.mVector[1] = box.y + box.height / 2.0;
+        blob.mField1 = static_cast<int>(i);
+        blob.mField2 = area;
     }
 }
 
@@ -50,20 +48,15 @@ const Regions::BlobInfo* Regions::largest() const {
 }
 
 cv::Mat Regions::maskOf(const BlobInfo& blob, const cv::Size& size) const {
-    const cv::Rect box = boxOf(blob);
     cv::Mat mask = cv::Mat::zeros(size, CV_8UC1);
-    mask(box).setTo(255, mLabels(box - mCorner) == blob.mField1);
+    cv::drawContours(mask, mContours, blob.mField1, 255, cv::FILLED);
     return mask;
 }
 
 void Regions::traceOutline(const BlobInfo& blob, VisContourSamplePts& outline) const {
     outline.clear();
     outline.mPoints.clear();
-    const cv::Rect box = boxOf(blob);
-    std::vector<std::vector<cv::Point>> curves;
-    cv::findContours(mLabels(box - mCorner) == blob.mField1, curves, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE,
-                     box.tl());
-    const std::vector<cv::Point>& curve = curves.front();
+    const std::vector<cv::Point>& curve = mContours[static_cast<std::size_t>(blob.mField1)];
     for (std::size_t i = 0; i < curve.size(); i += SAMPLING) {
         outline.mPoints.emplace_back();
         outline.mPoints.back().mVec4 = Vector4(curve[i].x, curve[i].y, 0.0, 0.0);

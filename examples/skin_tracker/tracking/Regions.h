@@ -4,13 +4,15 @@
 #include <tarvos/core/cvdata/features/Blobs.h>
 #include <tarvos/core/cvdata/features/VisContourSamplePts.h>
 
+#include <vector>
+
 namespace skin_tracker {
 
 /// Removes specks from @p mask (8-bit, one channel, 0 and 255) and closes small holes.
 void tidy(cv::Mat& mask);
 
-/// The connected regions of a mask. Each record holds the centre of the region's box in `mVector`, the box (x, y,
-/// width, height) in `mBlock`, the region's label in `mField1` and its area in pixels in `mField2`.
+/// The connected regions of a mask, their holes filled. Each record holds the centre of the region's box in `mVector`,
+/// the box (x, y, width, height) in `mBlock`, the index of its contour in `mField1` and its area in pixels in `mField2`.
 class Regions {
 public:
     using BlobInfo = tarvos::core::cvdata::Blobs::BlobInfo;
@@ -28,8 +30,7 @@ public:
 
 private:
     tarvos::core::cvdata::Blobs mBlobs;
-    cv::Mat mLabels;  ///< the label of each pixel of the mask
-    cv::Point mCorner;
+    std::vector<std::vector<cv::Point>> mContours;  ///< all pixels along each region's edge, in the frame
 };
 
 cv::Rect boxOf(const Regions::BlobInfo& blob);

@@ -134,7 +134,7 @@ void Tracker::learn(const cv::Mat& pixels) {
     cv::Mat skin = markColours(hsv, mSkin);
     const Regions regions = regionsOf(skin, {});
     if (const Blobs::BlobInfo* region = regions.largest()) {
-        mHand.learn(hsv, regions.maskOf(*region, pixels.size()));
+        mHand.learn(hsv, skin & regions.maskOf(*region, pixels.size()));
         ++mFramesLearned;
     }
 }
