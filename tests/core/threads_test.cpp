@@ -23,7 +23,7 @@ void useValue() {
     const T source = Value<T>::make(3);
     T target = Value<T>::make(2);
     target = T(source);
-    EXPECT_TRUE(isSame(target, source));
+    EXPECT_EQ(difference(target, source), "");
 }
 
 void useImageFiles(const std::string& path) {

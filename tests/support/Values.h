@@ -8,23 +8,18 @@
 #include "core/cvdata/pose/VectorPose.h"
 #include "core/trackingdata/State.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
-/// The members of an object as text, each with its name.
-struct Members {
-    std::vector<std::pair<std::string, std::string>> all;
-
+/// The members of an object, each a line of its name and its value.
+struct Members : std::vector<std::string> {
     template <typename T>
     Members& add(const std::string& name, const T& value) {
-        std::ostringstream text;
-        text << value;
-        all.emplace_back(name, text.str());
+        std::ostringstream line;
+        line << name << " " << value;
+        push_back(line.str());
         return *this;
     }
 };
@@ -78,8 +73,34 @@ struct Value<tarvos::core::cvdata::TiledImage> : Value<tarvos::core::cvdata::Ima
 };
 
 template <>
+struct Value<tarvos::core::cvdata::GM> {
+    using GM = tarvos::core::cvdata::GM;
+    static GM make(int size) {
+        GM component(static_cast<unsigned int>(size));
+        change(component, size);
+        return component;
+    }
+    static void change(GM& component, int seed) {
+        component.mCovariance.fill(seed);
+        component.mCovarianceInverse.fill(seed + 0.25);
+        component.mMean.fill(seed + 0.5);
+        component.mWeight = component.mDeterminant = static_cast<float>(seed);
+    }
+    static Members members(const GM& component) {
+        return Members()
+            .add("mCovariance", component.mCovariance)
+            .add("mCovarianceInverse", component.mCovarianceInverse)
+            .add("mMean", component.mMean)
+            .add("mDim", component.mDim)
+            .add("mWeight", component.mWeight)
+            .add("mDeterminant", component.mDeterminant);
+    }
+};
+
+template <>
 struct Value<tarvos::core::cvdata::ColorGMM> : FeatureValue<tarvos::core::cvdata::ColorGMM> {
     using ColorGMM = tarvos::core::cvdata::ColorGMM;
+    using Component = Value<tarvos::core::cvdata::GM>;
     static ColorGMM make(int size) {
         ColorGMM model(static_cast<std::size_t>(size), 4);
         change(model, size);
@@ -87,23 +108,15 @@ struct Value<tarvos::core::cvdata::ColorGMM> : FeatureValue<tarvos::core::cvdata
     }
     static void change(ColorGMM& model, int seed) {
         model.mEpsilon = seed;
-        for (const auto& component : model.mMixtures) {
-            component->mCovariance.fill(++seed);
-            component->mCovarianceInverse.fill(++seed);
-            component->mMean.fill(++seed);
-            component->mWeight = component->mDeterminant = static_cast<float>(++seed);
-        }
+        for (const auto& component : model.mMixtures)
+            Component::change(*component, ++seed);
     }
     static Members members(const ColorGMM& model) {
-        Members members = Members().add("mEpsilon", model.mEpsilon).add("dimension", model.dimension());
+        Members all = Members().add("mEpsilon", model.mEpsilon).add("dimension", model.dimension());
         for (const auto& component : model.mMixtures)
-            members.add("mCovariance", component->mCovariance)
-                .add("mCovarianceInverse", component->mCovarianceInverse)
-                .add("mMean", component->mMean)
-                .add("mDim", component->mDim)
-                .add("mWeight", component->mWeight)
-                .add("mDeterminant", component->mDeterminant);
-        return members;
+            for (const std::string& member : Component::members(*component))
+                all.push_back(member);
+        return all;
     }
     static const void* address(const ColorGMM& model) { return model.mMixtures.data(); }
 };
@@ -185,21 +198,16 @@ struct Value<tarvos::core::State> {
     static const void* address(const State& state) { return state.pose(); }
 };
 
-/// Whether two objects are equal; if not, the first member that differs.
-inline testing::AssertionResult isSame(const Members& actual, const Members& expected) {
-    const auto [first, second] =
-        std::mismatch(actual.all.begin(), actual.all.end(), expected.all.begin(), expected.all.end());
-    if (first == actual.all.end() && second == expected.all.end())
-        return testing::AssertionSuccess();
-    if (first == actual.all.end() || second == expected.all.end())
-        return testing::AssertionFailure() << "it has " << actual.all.size() << " members, not " << expected.all.size();
-    return testing::AssertionFailure() << first->first << " is " << first->second << ", not " << second->second;
+/// The first member of @p object that is not as expected; empty if there is none.
+template <typename T>
+std::string difference(const T& object, const Members& expected) {
+    Members actual = Value<T>::members(object);
+    const auto [first, second] = std::mismatch(actual.begin(), actual.end(), expected.begin(), expected.end());
+    if (first == actual.end() && second == expected.end())
+        return "";
+    return (first != actual.end() ? *first : "a lack") + ", not " + (second != expected.end() ? *second : "there");
 }
 template <typename T>
-testing::AssertionResult isSame(const T& actual, const Members& expected) {
-    return isSame(Value<T>::members(actual), expected);
-}
-template <typename T>
-testing::AssertionResult isSame(const T& actual, const T& expected) {
-    return isSame(actual, Value<T>::members(expected));
+std::string difference(const T& object, const T& expected) {
+    return difference(object, Value<T>::members(expected));
 }

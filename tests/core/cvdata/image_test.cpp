@@ -5,7 +5,6 @@
 
 #include <climits>
 #include <cstring>
-#include <memory>
 #include <new>
 #include <tuple>
 
@@ -99,34 +98,23 @@ struct ImageContractTest : ImageOfHeaderTest {
 };
 
 TEST_F(ImageContractTest, StopsOnAnInvalidLayoutOrDepth) {
-    EXPECT_CONTRACT(Image(2, 2, static_cast<Image::ColorChannels>(6), Image::BITS_8U), "Image::setNofChannels",
-                    "false && \"not supported number of mChannels\"");
-    EXPECT_CONTRACT(Image(2, 2, Image::CHANNELS_BGR, static_cast<Image::BitsPerChannel>(24)),
-                    "Image::updateOpencvHeader", "0 && \"Image: This depth is not implemented!\"");
+    EXPECT_DEATH(Image(2, 2, static_cast<Image::ColorChannels>(6), Image::BITS_8U),
+                 "not supported number of mChannels");
+    EXPECT_DEATH(Image(2, 2, Image::CHANNELS_BGR, static_cast<Image::BitsPerChannel>(24)), "depth is not implemented!");
     header.depth = IPL_DEPTH_1U;
-    EXPECT_CONTRACT(Image copy(&header), "Image::updateFromOpencvHeader",
-                    "0 && \"Image: This depth is not implemented!\"");
+    EXPECT_DEATH(Image copy(&header), "depth is not implemented!");
 }
 
-TEST_F(ImageContractTest, StopsOnAHeaderThatCannotBeCopied) {
+TEST_F(ImageContractTest, StopsOnWhatCannotBeCopied) {
     EXPECT_DEATH(Image(static_cast<const IplImage*>(nullptr)), "there is no header to copy");
     EXPECT_DEATH(image.updateFromOpencvHeader(nullptr), "there is no header to read");
+    EXPECT_DEATH(empty.clone(), "an empty image cannot be cloned");
+    EXPECT_DEATH(Image copy(empty), "Source image doesn't exist");
     header.imageData = nullptr;
     EXPECT_DEATH(Image copy(&header), "the header has no pixels");
     header.nChannels = image.iplImage()->nChannels = 2;
-    EXPECT_CONTRACT(Image copy(&header), "Image::Image",
-                    "(image->nChannels == 1) || (image->nChannels == 3) || (image->nChannels == 4)");
-    EXPECT_CONTRACT(Image copy(image), "Image::Image",
-                    "(image.iplImage()->nChannels == 1) || (image.iplImage()->nChannels == 3) || "
-                    "(image.iplImage()->nChannels == 4)");
-}
-
-TEST_F(ImageContractTest, StopsOnCopyingAnImageWithoutHeader) {
-    EXPECT_CONTRACT(Image copy(empty), "Image::Image",
-                    "(((image.iplImage()) != __null && ((const IplImage*)(image.iplImage()))->nSize == "
-                    "sizeof(IplImage)) && ((IplImage*)image.iplImage())->imageData != __null) && \"Source image "
-                    "doesn't exist, can't use the copy constructor 'cvdata::Image(const Image& image)'.\"");
-    EXPECT_DEATH(empty.clone(), "an empty image cannot be cloned");
+    EXPECT_DEATH(Image copy(&header), "image->nChannels == 1");
+    EXPECT_DEATH(Image copy(image), "image.iplImage\\(\\)->nChannels == 1");
 }
 
 TEST_F(ImageContractTest, StopsOnADescriptionThatExceedsTheBuffer) {

@@ -2,10 +2,8 @@
 #include "core/cvdata/TiledImage.h"
 #include "support/Output.h"
 
-#include <cstdint>
-#include <memory>
-#include <new>
-#include <tuple>
+#include <csignal>
+#include <utility>
 
 using namespace tarvos::core::cvdata;
 
@@ -45,14 +43,17 @@ TEST_F(TiledImageTest, AssignmentTakesTheGridAndTheStrideOfTheSource) {
 
 TEST_F(TiledImageTest, StopsOnAWrongCell) {
     Image wide(162, 120, Image::CHANNELS_BGR, Image::BITS_8U), high(161, 121, Image::CHANNELS_BGR, Image::BITS_8U);
-    const std::tuple<std::size_t, std::size_t, Image*, std::string> cases[] = {
-        {2, 0, &cell, "(cellRow < mRows) && \"cell row index is out of range\""},
-        {0, 3, &cell, "(cellCol < mCols) && \"cell col index is out of range\""},
-        {0, 0, nullptr, "img != __null"},
-        {0, 0, &wide, "img->width() == mCellWidth"},
-        {0, 0, &high, "img->height() == mCellHeight"}};
-    for (const auto& [row, col, image, condition] : cases)
-        EXPECT_CONTRACT(mosaic.setCellImage(row, col, image), "TiledImage::setCellImage", condition);
+    EXPECT_DEATH(mosaic.setCellImage(2, 0, &cell), "cell row index is out of range");
+    EXPECT_DEATH(mosaic.setCellImage(0, 3, &cell), "cell col index is out of range");
+    EXPECT_DEATH(mosaic.setCellImage(0, 0, &wide), "img->width\\(\\) == mCellWidth");
+    EXPECT_DEATH(mosaic.setCellImage(0, 0, &high), "img->height\\(\\) == mCellHeight");
+}
+
+TEST_F(TiledImageTest, ABrokenContractIsOneLineInTheFormOfAssert) {
+    EXPECT_EXIT(
+        mosaic.setCellImage(0, 0, nullptr), testing::KilledBySignal(SIGABRT),
+        testing::MatchesRegex("tarvos_tests: core/cvdata/TiledImage.cpp:[0-9]+: [^\n]*TiledImage::setCellImage\\("
+                              "[^\n]*\\): Assertion `img != __null' failed.\n"));
 }
 
 TEST_F(TiledImageTest, StopsWhereTheGridNoLongerFitsTheImage) {

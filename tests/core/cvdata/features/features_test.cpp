@@ -33,7 +33,7 @@ TEST(CvDataTest, AssignmentThroughABaseMovesNoData) {
     CvData& root = target;
     root = source;
     EXPECT_FALSE(target.mFlag);
-    EXPECT_CONTRACT(root = Image(), "CvData::operator=", "this->mDataReprType == data.mDataReprType");
+    EXPECT_DEATH(root = Image(), "this->mDataReprType == data.mDataReprType");
     ColorGMM marked(1, 1);
     marked.mFlag = true;
     static_cast<VisualFeatures&>(target) = marked;
@@ -57,7 +57,7 @@ TEST(BlobsTest, NewRecordsAreZeroWhateverTheMemoryHeld) {
 }
 
 TEST(ColorGmmTest, StopsAboveFourDimensionsAndThrowsOnTooManyComponents) {
-    EXPECT_CONTRACT(ColorGMM(2, 5), "ColorGMM::ColorGMM", "dim <= 4");
+    EXPECT_DEATH(ColorGMM(2, 5), "dim <= 4");
     EXPECT_THROW(ColorGMM(static_cast<std::size_t>(-1), 4), std::length_error);
 }
 
@@ -108,14 +108,13 @@ TEST(ColourHist2dTest, HasAnEntryForEachCombinationOfBins) {
 }
 
 TEST(ColourHist2dTest, StopsOnDataOfAnotherLength) {
-    EXPECT_CONTRACT(ColourHist2d(2, 2, 2).setData(Vector(2)), "ColourHist2d::setData",
-                    "Input.dimension() == static_cast<std::size_t>(mBins1 * mBins2 * mBins3)");
+    EXPECT_DEATH(ColourHist2d(2, 2, 2).setData(Vector(2)), "Input.dimension\\(\\) == ");
 }
 
 TEST(ColourHist2dTest, HasNoDataOnceMovedFrom) {
     ColourHist2d source(4, 3, 2);
     const ColourHist2d moved(std::move(source));
-    EXPECT_CONTRACT(source.data(), "ColourHist2d::data", "mColourHistData != __null");
+    EXPECT_DEATH(source.data(), "mColourHistData != __null");
     EXPECT_DEATH(ColourHist2d(1, 1, 1) = source, "mColourHistData != __null");
     source.setBins(1, 2, 3);
     EXPECT_EQ(source.data().dimension(), 6U);
@@ -123,8 +122,7 @@ TEST(ColourHist2dTest, HasNoDataOnceMovedFrom) {
 
 TEST(VisContourSamplePtsTest, StopsOnAssignment) {
     VisContourSamplePts contour;
-    EXPECT_CONTRACT(contour = VisContourSamplePts(),
-                    "VisContourSamplePts::operator=", "0 && \"operator = not implemented\"");
+    EXPECT_DEATH(contour = VisContourSamplePts(), "operator = not implemented");
 }
 
 }  // namespace
