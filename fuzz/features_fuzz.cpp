@@ -9,42 +9,37 @@
 
 namespace {
 
-using namespace tarvos::core::cvdata;
+using namespace values;
 
-/// Gives a feature another size by the operations of its class; returns a new one that it should equal.
-ColourHist2d resize(ColourHist2d& histogram, int size) {
-    const auto bins = static_cast<unsigned char>(size);
-    histogram.setBins(bins, bins, 1);
+/// Gives a feature another size, and zeros, by the operations of its class.
+void resize(ColourHist2d& histogram, int size) {
+    histogram.setBins(static_cast<unsigned char>(size), 2, 5);
     histogram.clear();
-    return {bins, bins, 1};
 }
-ColorGMM resize(ColorGMM& model, int size) {
-    model = ColorGMM(static_cast<std::size_t>(size), 3);
-    return {static_cast<std::size_t>(size), 3};
+void resize(ColorGMM& model, int size) {
+    model = ColorGMM(static_cast<std::size_t>(size), 4);
 }
-Blobs resize(Blobs& blobs, int size) {
+void resize(Blobs& blobs, int size) {
     blobs.clear();
-    Blobs expected;
-    expected.mBlobs.resize(static_cast<std::size_t>(size));
-    for (int i = 0; i < size; ++i)
+    while (blobs.dimension() < static_cast<std::size_t>(size))
         blobs.addBlob();
-    return expected;
 }
 
 template <typename T>
 struct Pair {
-    T features[2] = {Value<T>::make(1), Value<T>::make(2)};
-    Members expected[2] = {Value<T>::members(features[0]), Value<T>::members(features[1])};
+    T features[2] = {make<T>(1), make<T>(2)};
+    Members expected[2] = {members(features[0]), members(features[1])};
 
     void step(const char* name, Input& input) {
         const int operation = input.below(3), to = input.below(2), size = input.below(5);
         Input::note(name, " ", to, ": ", operation == 0 ? "resize " : operation == 1 ? "change " : "assign ", size);
         T& target = features[to];
         if (operation == 0) {
-            expected[to] = Value<T>::members(resize(target, size));
+            resize(target, size);
+            expected[to] = members(make<T>(size));
         } else if (operation == 1) {
-            Value<T>::change(target, size);
-            expected[to] = Value<T>::members(target);
+            change(target, size);
+            expected[to] = members(target);
         } else {
             target = features[size % 2];
             expected[to] = expected[size % 2];

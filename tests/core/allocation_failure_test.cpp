@@ -14,9 +14,9 @@
 #include <new>
 #include <stdexcept>
 
-using namespace tarvos::core;
-using namespace tarvos::core::cvdata;
+using namespace values;
 using tarvos::core::util::Filesystem;
+using tarvos::core::util::Resources;
 using tarvos::math::Vector;
 
 namespace {
@@ -90,8 +90,8 @@ void sweep(Prepare prepare, Operation operation, Check check) {
 /// The same on an object of class T, which must not change.
 template <typename T, typename Operation>
 void sweepOn(Operation operation) {
-    const Members before = Value<T>::members(Value<T>::make(2));
-    sweep([] { return Value<T>::make(2); }, operation,
+    const Members before = members(makeChanged<T>(2));
+    sweep([] { return makeChanged<T>(2); }, operation,
           [&](const T& target) { EXPECT_EQ(difference(target, before), ""); });
 }
 
@@ -99,7 +99,7 @@ void sweepOn(Operation operation) {
 template <typename T>
 void sweepAssignment() {
     for (const int size : {5, 1}) {
-        const T source = Value<T>::make(size);
+        const T source = makeChanged<T>(size);
         sweepOn<T>([&](T& target) { target = source; });
     }
 }
@@ -109,11 +109,11 @@ void sweepAssignment() {
 template <typename Operation>
 void sweepFiles(Operation operation) {
     const TemporaryDirectory directory;
-    ASSERT_TRUE(Value<Image>::make(2).save("image.ppm"));
+    ASSERT_TRUE(makeChanged<Image>(2).save("image.ppm"));
     const std::string kept = contentOf("image.ppm");
     const auto prepare = [&] {
         writeFile("image.ppm", kept);
-        return Value<Image>::make(3);
+        return makeChanged<Image>(3);
     };
     captureStderr([&] {
         sweep<std::exception>(prepare, operation, [&](const Image&) {
@@ -156,7 +156,7 @@ const Operation OPERATIONS[] = {
     {"StateUnpack", [] { sweepOn<State>([](State& state) { state.setDataFromVector(Vector(36), -1); }); }},
     {"FilesystemExists", [] { sweepFiles([](Image&) { Filesystem::exists(LONG); }); }},
     {"FilesystemRm", [] { sweepFiles([](Image&) { Filesystem::rm(LONG); }); }},
-    {"ResourcesFindFile", [] { sweepFiles([](Image&) { util::Resources(LONG, "app").findFile(LONG); }); }},
+    {"ResourcesFindFile", [] { sweepFiles([](Image&) { Resources(LONG, "app").findFile(LONG); }); }},
 #ifndef __SANITIZE_ADDRESS__  // which reports that OpenCV leaks a matrix whose header cannot be allocated
     {"ImageLoad", [] { sweepFiles([](Image&) { require(!Image("image.ppm").empty()); }); }},
     {"ImageSave", [] { sweepFiles([](Image& image) { require(image.save("image.ppm")); }); }},

@@ -1,6 +1,5 @@
 /// @file
-/// Does what the words of its command line name, on a GPU that the environment makes poorer: GLEW's queries are
-/// answered here before they reach GLEW.
+/// Does what the words of its command line name, on a card that the environment describes.
 
 #include "core/SystemManager.h"
 
@@ -14,33 +13,12 @@
 #include <map>
 #include <string>
 
-namespace {
-
-template <typename Function>
-Function* next(const char* name, Function* /*like*/) {
-    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
-}
-
-bool named(const char* variable, const char* text) {
-    const char* value = std::getenv(variable);
-    return value != nullptr && (std::string(value) + " ").find(std::string(text) + " ") != std::string::npos;
-}
-
-}  // namespace
-
+/// Whether the card has an extension, by the list EXTENSIONS in the environment, whatever GLEW knows of the machine's.
 GLboolean glewIsSupported(const char* name) {
-    if (named("WITHHELD", name))
-        return GL_FALSE;
-    return named("GRANTED", name) ? GLboolean{GL_TRUE} : next("glewIsSupported", &glewIsSupported)(name);
-}
-
-GLenum glewInit() {
-    if (named("WITHHELD", "glewInit"))
-        return GLEW_ERROR_NO_GL_VERSION;
-    const GLenum result = next("glewInit", &glewInit)();
-    if (named("WITHHELD", "glGetProgramivARB"))
+    const std::string extensions = std::getenv("EXTENSIONS");
+    if (extensions.find("GL_ARB_fragment_program ") == std::string::npos)
         __glewGetProgramivARB = nullptr;
-    return result;
+    return extensions.find(std::string(name) + " ") != std::string::npos ? GL_TRUE : GL_FALSE;
 }
 
 namespace {

@@ -13,34 +13,16 @@
 #include <set>
 #include <thread>
 
-using namespace tarvos::core;
-using namespace tarvos::core::cvdata;
+using namespace values;
 
 namespace {
 
 template <typename T>
 void useValue() {
-    const T source = Value<T>::make(3);
-    T target = Value<T>::make(2);
+    const auto source = makeChanged<T>(3);
+    auto target = makeChanged<T>(2);
     target = T(source);
-    EXPECT_EQ(difference(target, source), "");
-}
-
-void useImageFiles(const std::string& path) {
-    const Image image = Value<Image>::make(3);
-    EXPECT_TRUE(image.save(path));
-    EXPECT_EQ(Image(path).width(), image.width());
-    EXPECT_TRUE(Image("missing.png").empty());
-}
-
-void useServices(const std::string& file) {
-    EXPECT_EQ(util::Filesystem::ls(".", file).size(), 1U);
-    EXPECT_EQ(util::Resources("", "app").findFile(file), file);
-    parser::CmdLineParser parser(0, nullptr);
-    parser.parse();
-    parser.printUsage("");
-    const Exception error("a message");
-    std::cerr << "a line of the application\n";
+    EXPECT_EQ(difference(target, members(source)), "");
 }
 
 void useEverything(const std::string& thread) {
@@ -50,9 +32,16 @@ void useEverything(const std::string& thread) {
     useValue<ColourHist2d>();
     useValue<Blobs>();
     useValue<State>();
-    useImageFiles(thread + ".png");
-    useServices(thread + ".png");
     ColorGMM(1, 1).initSkinDistribution();
+    const std::string file = thread + ".png";
+    EXPECT_TRUE(makeChanged<Image>(3).save(file));
+    EXPECT_FALSE(Image(file).empty());
+    EXPECT_TRUE(Image("missing.png").empty());
+    EXPECT_EQ(util::Filesystem::ls(".", file).size(), 1U);
+    EXPECT_EQ(util::Resources("", "app").findFile(file), file);
+    parser::CmdLineParser(0, nullptr).printUsage("");
+    const Exception error("a message");
+    std::cerr << "a line of the application\n";
 }
 
 std::multiset<std::string> linesOf(const std::string& text) {
