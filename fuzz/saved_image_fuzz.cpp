@@ -1,5 +1,5 @@
 /// @file
-/// Images of any size, layout, depth and region of interest, saved, loaded again, and cut, beside cv::imread.
+/// Images of any size, layout, depth and region of interest, saved, loaded again, and damaged, beside cv::imread.
 
 #include "Input.h"
 #include "core/cvdata/MatView.h"
@@ -8,6 +8,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -40,7 +41,11 @@ bool isSame(const cv::Mat& a, const cv::Mat& b) {
 }
 
 cv::Mat read(const std::string& path) {
-    return cv::imread(path, cv::IMREAD_COLOR | cv::IMREAD_IGNORE_ORIENTATION);
+    try {
+        return cv::imread(path, cv::IMREAD_COLOR | cv::IMREAD_IGNORE_ORIENTATION);
+    } catch (const cv::Exception&) {
+        return {};
+    }
 }
 
 bool isEncoded(const std::string& ending, const cv::Mat& pixels) {
@@ -77,7 +82,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
 
     const auto cut = std::filesystem::file_size(path) * input.byte() / 256;
     std::filesystem::resize_file(path, cut);
-    Input::note("cut to ", cut, " bytes");
+    const auto place = static_cast<std::streamoff>(cut * input.byte() / 256);
+    const auto damage = static_cast<char>(input.byte());
+    std::fstream(path, std::ios::binary | std::ios::in | std::ios::out).seekp(place).put(damage);
+    Input::note("cut to ", cut, " bytes, byte ", place, " being ", int{damage});
     const cv::Mat expected = read(path);
     const Image loaded(path);
     // Some decoders leave the missing part of an image uninitialised: those differ from themselves, too.
