@@ -24,23 +24,6 @@ struct ValueSemantics : testing::Test {};
 using Classes = testing::Types<Image, TiledImage, ColorGMM, ColourHist2d, Blobs, State>;
 TYPED_TEST_SUITE(ValueSemantics, Classes, ClassNames);
 
-/// What users may hold on to.
-const void* held(const Image& image) {
-    return image.iplImage();
-}
-const void* held(const ColorGMM& model) {
-    return model.mMixtures.data();
-}
-const void* held(const ColourHist2d& histogram) {
-    return &histogram.data();
-}
-const void* held(const Blobs& blobs) {
-    return blobs.mBlobs.data();
-}
-const void* held(const State& state) {
-    return state.pose();
-}
-
 TYPED_TEST(ValueSemantics, CopyIsDeep) {
     const TypeParam source = makeChanged<TypeParam>(3);
     const Members before = members(source);
@@ -57,19 +40,13 @@ TYPED_TEST(ValueSemantics, AssignmentIsDeepWhateverTheSizes) {
         TypeParam target = makeChanged<TypeParam>(previous);
         target = source;
         EXPECT_EQ(difference(target, before), "") << "size " << size << " to " << previous;
+        target = makeChanged<TypeParam>(previous);
+        target = TypeParam(source);
+        EXPECT_EQ(difference(target, before), "") << "a temporary of size " << size << " to " << previous;
         change(target, 50);
         EXPECT_EQ(difference(source, before), "")
             << "after a change of the target, size " << size << " to " << previous;
     }
-}
-
-TYPED_TEST(ValueSemantics, AssignmentFromATemporaryIsTheSame) {
-    const TypeParam source = makeChanged<TypeParam>(3);
-    TypeParam fromNamed = makeChanged<TypeParam>(2);
-    TypeParam fromTemporary = makeChanged<TypeParam>(2);
-    fromNamed = source;
-    fromTemporary = TypeParam(source);
-    EXPECT_EQ(difference(fromTemporary, members(fromNamed)), "");
 }
 
 TYPED_TEST(ValueSemantics, SelfAssignmentChangesNothing) {
@@ -77,18 +54,6 @@ TYPED_TEST(ValueSemantics, SelfAssignmentChangesNothing) {
     const Members before = members(object);
     object = static_cast<const TypeParam&>(object);
     EXPECT_EQ(difference(object, before), "");
-}
-
-TYPED_TEST(ValueSemantics, WhatUsersHoldStaysAtItsAddressInAssignments) {
-    for (const int size : {3, 1}) {
-        TypeParam target = makeChanged<TypeParam>(3);
-        const void* before = held(target);
-        const TypeParam source = makeChanged<TypeParam>(size);
-        target = source;
-        EXPECT_EQ(held(target), before) << "from size " << size;
-        target = TypeParam(source);
-        EXPECT_EQ(held(target), before) << "from a temporary of size " << size;
-    }
 }
 
 template <typename T>

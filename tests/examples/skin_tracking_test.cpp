@@ -53,22 +53,6 @@ struct Tracked {
 
 const cv::Rect PLACE(40, 90, 60, 40);
 
-TEST(SkinColoursTest, AreThoseOfAnySkin) {
-    const cv::Mat skin = skinColours();
-    EXPECT_EQ(cv::countNonZero(markColours(hueSaturationValue(scene(PLACE, SKIN)), skin)), PLACE.area());
-    EXPECT_EQ(cv::countNonZero(markColours(hueSaturationValue(scene(PLACE, {150, 200, 120})), skin)), 0);
-}
-
-TEST(HandModelTest, LearnsTheColoursOfOneHand) {
-    const cv::Mat gloved = hueSaturationValue(scene(PLACE, {150, 200, 120}));
-    HandModel hand;
-    EXPECT_EQ(cv::countNonZero(markColours(gloved, hand.colours())), 0) << "before it has learned";
-    hand.learn(gloved, maskOf({40, 90, 30, 40}));
-    const cv::Mat marked = markColours(gloved, hand.colours());
-    EXPECT_EQ(cv::boundingRect(marked), PLACE) << "all of it, from a part";
-    EXPECT_EQ(cv::countNonZero(marked), PLACE.area());
-}
-
 TEST(HandModelTest, LeavesOutDarkPixelsAndWhatIsMostlyAround) {
     cv::Mat frame = scene(PLACE, SKIN);
     frame(cv::Rect(40, 90, 20, 40)).setTo(cv::Scalar(15, 21, 30));  // the hand's shadowed part, of its hue
