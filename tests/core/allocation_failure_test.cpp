@@ -13,6 +13,7 @@
 #include <dlfcn.h>
 #include <new>
 #include <stdexcept>
+#include <utility>
 
 using namespace values;
 using tarvos::core::util::Filesystem;
@@ -128,14 +129,7 @@ void require(bool isDone) {
         throw std::runtime_error("reported on standard error");
 }
 
-struct Operation {
-    const char* name;
-    void (*sweep)();
-};
-
-std::ostream& operator<<(std::ostream& stream, const Operation& operation) {
-    return stream << operation.name;
-}
+using Operation = std::pair<std::string, void (*)()>;
 
 const Operation OPERATIONS[] = {
     {"ImageCopy", [] { sweepOn<Image>([](Image& image) { Image copy(image); }); }},
@@ -166,10 +160,10 @@ const Operation OPERATIONS[] = {
 struct AllocationFailure : testing::TestWithParam<Operation> {};
 
 TEST_P(AllocationFailure, ChangesAndLeaksNothing) {
-    GetParam().sweep();
+    GetParam().second();
 }
 
 INSTANTIATE_TEST_SUITE_P(, AllocationFailure, testing::ValuesIn(OPERATIONS),
-                         [](const auto& test) { return test.param.name; });
+                         [](const auto& test) { return test.param.first; });
 
 }  // namespace

@@ -10,7 +10,7 @@
 #include "support/Values.h"
 
 #include <iostream>
-#include <set>
+#include <map>
 #include <thread>
 
 using namespace values;
@@ -44,41 +44,34 @@ void useEverything(const std::string& thread) {
     std::cerr << "a line of the application\n";
 }
 
-std::multiset<std::string> linesOf(const std::string& text) {
+/// How often each line occurs.
+std::map<std::string, int> linesOf(const std::string& text) {
     std::istringstream stream(text);
-    std::multiset<std::string> lines;
+    std::map<std::string, int> lines;
     for (std::string line; std::getline(stream, line);)
-        lines.insert(line);
+        ++lines[line];
     return lines;
 }
 
-/// What is written to standard output and standard error while @p count threads use everything @p rounds times each.
-std::pair<std::string, std::multiset<std::string>> outputOf(int count, int rounds) {
-    std::string printed;
-    const std::string reported = captureStderr([&] {
-        printed = captureStdout([&] {
-            std::vector<std::thread> threads;
-            for (int i = 0; i < count; ++i)
-                threads.emplace_back([=] {
-                    for (int round = 0; round < rounds; ++round)
-                        useEverything(std::to_string(i));
-                });
-            for (std::thread& thread : threads)
-                thread.join();
+void useEverythingIn(int count, int rounds) {
+    std::vector<std::thread> threads;
+    for (int i = 0; i < count; ++i)
+        threads.emplace_back([=] {
+            for (int round = 0; round < rounds; ++round)
+                useEverything(std::to_string(i));
         });
-    });
-    return {printed, linesOf(reported)};
+    for (std::thread& thread : threads)
+        thread.join();
 }
 
 TEST(Threads, EightDoWhatOneDoesAndNoLineIsLostOrGarbled) {
     const TemporaryDirectory directory;
-    const auto [printed, reported] = outputOf(8, 12);
-    const auto [printedByOne, reportedByOne] = outputOf(1, 8 * 12);
-    EXPECT_TRUE(printed == printedByOne) << "the skin models are interleaved";
-    std::vector<std::string> garbled;
-    std::set_symmetric_difference(reported.begin(), reported.end(), reportedByOne.begin(), reportedByOne.end(),
-                                  std::back_inserter(garbled));
-    EXPECT_THAT(garbled, testing::IsEmpty());
+    std::string printed[2], reported[2];
+    for (const bool isOne : {false, true})
+        reported[isOne] = captureStderr(
+            [&] { printed[isOne] = captureStdout([&] { useEverythingIn(isOne ? 1 : 8, isOne ? 96 : 12); }); });
+    EXPECT_TRUE(printed[0] == printed[1]) << "the skin models are interleaved";
+    EXPECT_EQ(linesOf(reported[0]), linesOf(reported[1]));
 }
 
 }  // namespace

@@ -4,14 +4,19 @@
 
 #include <vector>
 
-/// A pose of any dimension and degrees of freedom, whose two forms are independent of each other. It counts the
-/// updates of its vectors; an update of the data adds 100 to every element.
+/// A pose of any dimension and degrees of freedom, whose two forms are independent of each other. It has vectors of its
+/// own and counts their updates; an update of the data adds 100 to every element.
 class TestPose : public tarvos::core::cvdata::Pose {
 public:
     using Vector = tarvos::math::Vector;
 
-    TestPose() = default;
-    TestPose(int dimension, int dof) : Pose(dimension, dof) {}
+    TestPose(int dimension, int dof)
+        : mOwnData(static_cast<unsigned int>(dimension)), mOwnIncData(static_cast<unsigned int>(dof)) {
+        mDimension = dimension;
+        mDof = dof;
+        mData = &mOwnData;
+        mIncData = &mOwnIncData;
+    }
     TestPose* clone() const override { return new TestPose(*this); }
     void setData(const Vector& data) override { *mData = data; }
     void setIncData(const Vector& incData) override { *mIncData = incData; }
@@ -33,6 +38,10 @@ public:
 
     int dataUpdates = 0;
     int incUpdates = 0;
+
+private:
+    Vector mOwnData;
+    Vector mOwnIncData;
 };
 
 inline std::vector<double> elementsOf(const tarvos::math::Matrix& matrix) {

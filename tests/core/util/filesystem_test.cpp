@@ -75,12 +75,11 @@ TEST_F(FilesystemTest, ANameWithANulByteNamesNothing) {
     EXPECT_FALSE(Filesystem::exists(name));
     EXPECT_TRUE(Filesystem::rm(name));
     EXPECT_THROW(Filesystem::mkdir(name), fs::filesystem_error);
-    EXPECT_THAT(messageOf([&] { Filesystem::mv(name, "new"); }), StartsWith("Filesystem exception: mv(" + name));
-    EXPECT_THAT(messageOf([&] { Filesystem::mv("kept", name); }), StartsWith("Filesystem exception: mv(kept, "));
-    EXPECT_EQ(messageOf([&] { Filesystem::cp(name, "new"); }), refusalOf(name, "new"));
-    EXPECT_EQ(messageOf([&] { Filesystem::cp("kept", name); }), refusalOf("kept", name));
+    for (const auto& [from, to] : {std::pair(name, std::string("new")), {"kept", name}}) {
+        EXPECT_THAT(messageOf([&] { Filesystem::mv(from, to); }), StartsWith("Filesystem exception: mv(" + from));
+        EXPECT_EQ(messageOf([&] { Filesystem::cp(from, to); }), refusalOf(from, to));
+    }
     EXPECT_EQ(messageOf([&] { Filesystem::ls(name, ""); }), "\nNot found: " + directory.path() + "/" + name);
-    EXPECT_THAT(Filesystem::ls(".", ""), UnorderedElementsAre("kept"));
 }
 
 TEST_F(FilesystemTest, MovesAndCopies) {
