@@ -2,7 +2,6 @@
 #include "Recorder.h"
 #include "support/Files.h"
 #include "support/Output.h"
-#include "tracking/Stillness.h"
 #include "tracking/Tracker.h"
 
 #include <opencv2/imgcodecs.hpp>
@@ -80,31 +79,6 @@ TEST(RegionsTest, AreTidiedCountedAndTraced) {
         regions.traceOutline(region, outline);
     EXPECT_EQ(outline.mPoints.size(), 24U) << "every eighth of 192 pixels, once";
     EXPECT_EQ(outline.mEdges.back().mPointRefs.back(), &outline.mPoints.front()) << "it is closed";
-}
-
-TEST(StillnessTest, TellsWhatMovesAndForgetsWhatWasRemembered) {
-    Stillness stillness;
-    const cv::Rect moving(40, 40, 64, 64), still(200, 40, 64, 64);
-    cv::Mat frame = scene(moving, SKIN);
-    frame(still).setTo(SKIN);
-    stillness.add(frame, 0.0);
-    frame(moving).setTo(WALL);
-    stillness.add(frame, 0.1);
-    EXPECT_TRUE(stillness.moves(maskOf(moving)));
-    EXPECT_FALSE(stillness.moves(maskOf(still)));
-    for (int i = 2; i < 40; ++i)
-        stillness.add(frame, 0.1 * i);
-    EXPECT_FALSE(stillness.moves(maskOf(moving))) << "for seconds";
-    stillness.remember(maskOf(still));
-    cv::Mat mask(SIZE, CV_8U, cv::Scalar(255));
-    stillness.removeBackground(mask, {});
-    EXPECT_EQ(mask.at<unsigned char>(72, 232), 0);
-    EXPECT_EQ(mask.at<unsigned char>(72, 72), 255);
-    frame(still).setTo(cv::Scalar(0, 0, 255));
-    stillness.add(frame, 4.0);
-    mask.setTo(255);
-    stillness.removeBackground(mask, {});
-    EXPECT_EQ(mask.at<unsigned char>(72, 232), 255) << "it looks different now";
 }
 
 TEST(MotionFilterTest, PredictsByTheDerivativesOfItsOrder) {
