@@ -28,20 +28,6 @@ TEST(ImageTest, AnImageOf5x2BgrHasAStrideOf16AndABufferOf32Bytes) {
     EXPECT_EQ(header->depth, static_cast<int>(IPL_DEPTH_8U));
 }
 
-TEST(ImageTest, PaddingIsCountedInChannelValues) {
-    const std::tuple<int, Image::ColorChannels, Image::BitsPerChannel, int> cases[] = {
-        {640, Image::CHANNELS_BGR, Image::BITS_8U, 1920}, {5, Image::CHANNELS_BGR, Image::BITS_16U, 31},
-        {2, Image::CHANNELS_BGRA, Image::BITS_64F, 64},   {3, Image::CHANNELS_GRAY, Image::BITS_32F, 13},
-        {6, Image::CHANNELS_GRAY, Image::BITS_8S, 8},     {1, Image::CHANNELS_RGBA, Image::BITS_16S, 8},
-        {3, Image::CHANNELS_OTHER_3, Image::BITS_32S, 39}};
-    for (const auto& [width, channels, bits, widthStep] : cases) {
-        const Image image(width, 2, channels, bits);
-        EXPECT_EQ(image.widthStep(), widthStep) << width << " pixels of layout " << channels << ", depth " << bits;
-        EXPECT_EQ(image.channels(), channels);
-        EXPECT_EQ(Image(image.iplImage()).bitsPerChannel(), bits) << "read from the header";
-    }
-}
-
 /// A header over the pixels of an image of 4 x 4 grey pixels.
 struct ImageOfHeaderTest : testing::Test {
     Image image{4, 4, Image::CHANNELS_GRAY, Image::BITS_8U};
