@@ -20,11 +20,10 @@ TEST(MatViewTest, SharesThePixelsWhateverTheRegionOfInterest) {
     EXPECT_TRUE(matView(described).empty()) << "without a buffer";
 }
 
-TEST(MatViewTest, IsRefusedForATemporary) {
-    const auto view = [](auto&& image) -> decltype(matView(std::forward<decltype(image)>(image))) { return {}; };
-    static_assert(std::is_invocable_v<decltype(view), Image&> && std::is_invocable_v<decltype(view), const Image&>);
-    static_assert(!std::is_invocable_v<decltype(view), Image> && !std::is_invocable_v<decltype(view), const Image>);
-}
+/// A temporary has no view.
+constexpr auto VIEW = [](auto&& image) -> decltype(matView(std::forward<decltype(image)>(image))) { return {}; };
+static_assert(std::is_invocable_v<decltype(VIEW), Image&> && std::is_invocable_v<decltype(VIEW), const Image&>);
+static_assert(!std::is_invocable_v<decltype(VIEW), Image> && !std::is_invocable_v<decltype(VIEW), const Image>);
 
 TEST(ImageOfTest, CopiesAPartOfAMat) {
     const cv::Mat pixels(5, 6, CV_8UC4, cv::Scalar(1, 2, 3, 4));
