@@ -1,5 +1,5 @@
 /// @file
-/// Does what the words of its command line name, on a card that the environment describes.
+/// Makes one context with checks on the card that the environment describes ("checks"), or several without.
 
 #include "core/SystemManager.h"
 
@@ -10,7 +10,6 @@
 #include <cstdlib>
 #include <dlfcn.h>
 #include <iostream>
-#include <map>
 #include <string>
 
 /// Whether the card has an extension, by the list EXTENSIONS in the environment, whatever GLEW knows of the machine's.
@@ -23,32 +22,13 @@ GLboolean glewIsSupported(const char* name) {
 
 namespace {
 
-template <int WIDTH, bool CHECKS>
-void makeContext() {
-    tarvos::core::SystemManager::instance().initOpenGLContext(WIDTH, 48, 5, 6, "probe", CHECKS);
+void makeContext(int width, bool checks) {
+    tarvos::core::SystemManager::instance().initOpenGLContext(width, 48, 5, 6, "probe", checks);
 }
 
-void initialiseGlut() {
-    int argc = 1;
-    char name[] = "application";
-    char* argv[] = {name, nullptr};
-    glutInit(&argc, argv);
-}
-
-void loadPlugin() {
+void makeContextInPlugin() {
     void* plugin = dlopen(OPENGL_PLUGIN, RTLD_NOW | RTLD_LOCAL);
     reinterpret_cast<void (*)()>(dlsym(plugin, "makeContext"))();
-}
-
-/// Runs the main loop for a window of the application's, for a while.
-void runMainLoop() {
-    glutCreateWindow("application");
-    glutDisplayFunc([] { glutSwapBuffers(); });
-    const auto leave = [](int /*value*/) { glutLeaveMainLoop(); };
-    glutTimerFunc(200, leave, 0);
-    glutSetOption(GLUT_ACTION_ON_WINDOW_CLOSE, GLUT_ACTION_CONTINUE_EXECUTION);
-    glutMainLoop();
-    std::cout << "main loop left" << std::endl;
 }
 
 void printWindow() {
@@ -58,17 +38,26 @@ void printWindow() {
     std::system("xwininfo -name probe | grep 'Map State'");
 }
 
-const std::map<std::string, void (*)()> ACTIONS = {{"glut", initialiseGlut},
-                                                   {"context", makeContext<64, false>},
-                                                   {"wider", makeContext<74, false>},
-                                                   {"checks", makeContext<64, true>},
-                                                   {"plugin", loadPlugin},
-                                                   {"window", printWindow},
-                                                   {"loop", runMainLoop}};
+/// Runs GLUT's main loop for a while.
+void runMainLoop() {
+    const auto leave = [](int /*value*/) { glutLeaveMainLoop(); };
+    glutTimerFunc(200, leave, 0);
+    glutSetOption(GLUT_ACTION_ON_WINDOW_CLOSE, GLUT_ACTION_CONTINUE_EXECUTION);
+    glutMainLoop();
+    std::cout << "main loop left" << std::endl;
+}
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    for (int i = 1; i < argc; ++i)
-        ACTIONS.at(argv[i])();
+    if (argc > 1 && argv[1] == std::string("checks")) {
+        makeContext(64, true);
+        return 0;
+    }
+    glutInit(&argc, argv);
+    makeContext(64, false);
+    makeContext(74, false);
+    makeContextInPlugin();
+    printWindow();
+    runMainLoop();
 }

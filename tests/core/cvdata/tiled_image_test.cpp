@@ -14,13 +14,6 @@ struct TiledImageTest : testing::Test {
     Image cell{161, 120, Image::CHANNELS_BGR, Image::BITS_8U};
 };
 
-TEST_F(TiledImageTest, IsOneImageOfAllCells) {
-    EXPECT_EQ(mosaic.width(), 483);
-    EXPECT_EQ(mosaic.height(), 240);
-    EXPECT_EQ(mosaic.widthStep(), 1452);
-    EXPECT_EQ(mosaic.type(), CvData::REPR_IMAGE);
-}
-
 TEST_F(TiledImageTest, ACellTakesAnImageAndTheOthersStay) {
     matView(mosaic).setTo(cv::Scalar::all(0));
     matView(cell).setTo(cv::Scalar::all(9));

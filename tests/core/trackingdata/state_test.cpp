@@ -76,10 +76,6 @@ struct AnyPose : TestPose {
     Pose& operator=(const Pose& /*pose*/) override { return *this; }
 };
 
-TEST_F(StateTest, StopsOnAPoseWithoutAClone) {
-    EXPECT_DEATH(State(AnyPose(1, 0), 1), "the pose's clone\\(\\) returned null");
-}
-
 TEST_F(StateTest, AssignmentRunsOverTheBlocksThatBothStatesHave) {
     State few(AnyPose(1, 4), 2), many(AnyPose(1, 2), 4);  // 1 x 4 and 3 x 2 elements beside 4 and 2
     few.setDataFromVector(Vector::of(0, 3, 4, 5, 6), -1);
@@ -109,8 +105,9 @@ TEST_F(StateTest, StopsOnAnOrderWithoutABlock) {
     }
 }
 
-TEST_F(StateTest, StopsOnAssigningAStateOfOtherDimensions) {
+TEST_F(StateTest, StopsOnAnotherStatesDimensionsAndOnAPoseWithoutAClone) {
     EXPECT_DEATH(state = State(TestPose(4, 2), 3), "cannot assign states of different types!");
+    EXPECT_DEATH(State(AnyPose(1, 0), 1), "the pose's clone\\(\\) returned null");
     EXPECT_DEATH(state = State(pose, 2), "cannot assign states of different types!");
 }
 
