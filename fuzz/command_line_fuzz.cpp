@@ -24,8 +24,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     Input input(bytes, size);
     std::vector<std::string> words(input.byte() % 16U);
     std::vector<char*> arguments;
-    for (std::string& word : words)
+    for (std::string& word : words) {
         arguments.push_back((word = WORDS[input.below(12)]).data());
+        Input::note("word ", word);
+    }
     tarvos::core::parser::CmdLineParser parser(static_cast<int>(arguments.size()), arguments.data());
     std::map<std::string, Record> known;
     for (const std::string& name : NAMES) {
@@ -34,6 +36,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
             parser.addFlag(name, "");
         else if (kind == 2)
             parser.addOption(name, "", "7", false);
+        Input::note(name, kind == 0 ? " is unknown" : kind == 1 ? " is a flag" : " is an option");
         if (kind > 0)
             known[name] = {kind == 1, false, kind == 1 ? "0" : "7"};
     }

@@ -50,6 +50,8 @@ struct Model {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    static const char* const OPERATIONS[] = {"set",          "set incremental", "reset all", "reset incremental",
+                                             "assign other", "clone other",     "copy other"};
     Input input(bytes, size);
     const auto numbers = [&](std::size_t count) {
         Vector made(static_cast<unsigned int>(count));
@@ -59,6 +61,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const TestPose pose(input.below(12), input.below(12));
     const int order = input.below(5) - 1;
     std::unique_ptr<State> states[] = {std::make_unique<State>(pose, order), std::make_unique<State>(pose, order)};
+    Input::note("pose of ", pose.dimension(), " and ", pose.dof(), ", order ", order);
     Model fresh{Numbers(static_cast<std::size_t>(pose.dimension()), 1.0),
                 {static_cast<std::size_t>(std::max(order, 1)), Numbers(static_cast<std::size_t>(pose.dof()))}};
     std::fill(fresh.parts[0].begin(), fresh.parts[0].end(), 2.0);
@@ -69,6 +72,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         State& state = *states[target];
         Model& model = models[target];
         const int part = input.below(static_cast<int>(model.parts.size()) + 1) - 1;  // -1 for all
+        Input::note("state ", target, ": ", OPERATIONS[operation], ", part ", part);
         if (operation < 2) {
             Numbers& first = operation == 0 ? model.data : model.parts[0];
             const std::vector<double*> places = model.places(part, first);

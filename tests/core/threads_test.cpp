@@ -9,7 +9,6 @@
 #include "support/Output.h"
 #include "support/Values.h"
 
-#include <iostream>
 #include <map>
 #include <thread>
 
@@ -41,7 +40,6 @@ void useEverything(const std::string& thread) {
     EXPECT_EQ(util::Resources("", "app").findFile(file), file);
     parser::CmdLineParser(0, nullptr).printUsage("");
     const Exception error("a message");
-    std::cerr << "a line of the application\n";
 }
 
 /// How often each line occurs.

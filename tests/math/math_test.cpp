@@ -46,13 +46,8 @@ TEST(VectorTest, ElementsAreGivenAndReached) {
     EXPECT_THAT(elementsOf(vector), ElementsAre(1, 2.5, 3));
     vector[1] = 4.0;
     EXPECT_EQ(vector.data()[1], 4.0) << "written through const";
-    EXPECT_EQ(Vector{3}.dimension(), 3U);
-    EXPECT_EQ(Vector::of().dimension(), 0U);
+    EXPECT_THAT(elementsOf(Vector4(1, 2, 3, 4)), ElementsAre(1, 2, 3, 4));
     static_assert(!std::is_constructible_v<Vector4, int, int>);
-    const Vector4 fixed(1, 2, 3, 4);
-    EXPECT_EQ(fixed[2], 3.0);
-    EXPECT_EQ(std::accumulate(fixed.begin(), fixed.end(), 0.0), 10.0);
-    EXPECT_THAT(elementsOf(fixed), ElementsAre(1, 2, 3, 4));
 }
 
 TEST(MatrixTest, AssignmentTakesTheShapeOfTheSourceAndMovingLeavesNone) {
@@ -61,7 +56,6 @@ TEST(MatrixTest, AssignmentTakesTheShapeOfTheSourceAndMovingLeavesNone) {
         EXPECT_EQ(target.rows() + target.cols() + target.dimension(), 0U);
         target = counting(2, 3);
         EXPECT_EQ(elementsOf(target), elementsOf(counting(2, 3)));
-        EXPECT_EQ(target.cols(), 3U);
         target = moved;
         EXPECT_EQ(elementsOf(target), elementsOf(counting(moved.rows(), moved.cols())));
     }

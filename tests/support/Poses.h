@@ -31,10 +31,7 @@ public:
     void updateIncData() override { ++incUpdates; }
     using Pose::operator=;
 
-    void outdate(bool data, bool incData) {
-        mUpdateFlag = data ? 0 : 1;
-        mUpdateIncFlag = incData ? 0 : 1;
-    }
+    void outdate() { mUpdateFlag = mUpdateIncFlag = 0; }
 
     int dataUpdates = 0;
     int incUpdates = 0;

@@ -8,11 +8,9 @@
 
 namespace {
 
-tarvos::core::cvdata::Image load() {
+const tarvos::core::cvdata::Image IMAGE = [] {
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
-    return {"colour.png"};
-}
-
-const tarvos::core::cvdata::Image IMAGE = load();
+    return tarvos::core::cvdata::Image("colour.png");
+}();
 
 }  // namespace

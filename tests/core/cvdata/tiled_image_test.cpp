@@ -25,15 +25,6 @@ TEST_F(TiledImageTest, ACellTakesAnImageAndTheOthersStay) {
     EXPECT_EQ(cv::norm(matView(mosaic), expected, cv::NORM_INF), 0.0);
 }
 
-TEST_F(TiledImageTest, AssignmentTakesTheGridAndTheStrideOfTheSource) {
-    TiledImage target(1, 1, 7, 5, Image::CHANNELS_GRAY, Image::BITS_32F);
-    target.setTimeStamp(9);
-    target = mosaic;
-    target.setCellImage(1, 2, &cell);
-    EXPECT_EQ(target.widthStep(), mosaic.widthStep());
-    EXPECT_EQ(target.getTimeStamp(), 9);
-}
-
 TEST_F(TiledImageTest, StopsOnAWrongCell) {
     Image wide(162, 120, Image::CHANNELS_BGR, Image::BITS_8U), high(161, 121, Image::CHANNELS_BGR, Image::BITS_8U);
     EXPECT_DEATH(mosaic.setCellImage(2, 0, &cell), "cell row index is out of range");

@@ -22,7 +22,7 @@ struct PoseTest : testing::Test {
 
 TEST_F(PoseTest, ReadingUpdatesWhatIsOutOfDate) {
     pose.getData(three);
-    pose.outdate(true, true);
+    pose.outdate();
     pose.getData(three);
     pose.getData(three);
     EXPECT_EQ(pose.dataUpdates, 1);
@@ -55,7 +55,7 @@ struct StateTest : PoseTest {
 TEST_F(StateTest, ReadersBringThePoseUpToDate) {
     Vector packed(7);
     state.setDataFromVector(Vector::of(7, 8, 9, 3, 4, 5, 6), -1);
-    dynamic_cast<TestPose&>(*state.pose()).outdate(true, false);
+    dynamic_cast<TestPose&>(*state.pose()).outdate();
     state.getPoseData(three);
     EXPECT_THAT(elementsOf(three), ElementsAre(107, 108, 109));
     state.getStateData(packed);
