@@ -101,7 +101,7 @@ public:
     /// stays.
     Image& operator=(const Image& image);
 
-    /// Whether there are no pixels: width() or height() is 0.
+    /// True for an image without pixels: width() or height() is 0.
     bool empty() const noexcept { return mDescription.width == 0 || mDescription.height == 0; }
     /// Width in pixels.
     int width() const noexcept { return mDescription.width; }
@@ -116,7 +116,7 @@ public:
     /// The first pixel of the first row; null without a buffer. Changes only when size, layout, depth or alignment
     /// change.
     unsigned char* imageBuffer() const noexcept { return mImageBuffer.get(); }
-    /// The first pixel of row @p y, counted from 0. Stops the process when there is no such row in the buffer.
+    /// The first pixel of row @p y, counted from 0. Stops the process unless the buffer holds that row.
     unsigned char* row(int y) const;
     /// The OpenCV header over the buffer, owned by the image; null without a buffer. Its row stride is widthStep();
     /// for an image of one row, OpenCV states the row without padding.

@@ -24,7 +24,7 @@ namespace {
 namespace fs = std::filesystem;
 using imagefiles::ImageCodecs;
 
-/// Opens the module beside this library: in the folder it was loaded from or, if that is a link, where the link leads.
+/// Opens the module in the folder that this library was loaded from or, if that is a link, in the folder of its target.
 void* openModule() {
     static const char inThisLibrary = 0;
     Dl_info info{};

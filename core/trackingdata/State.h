@@ -21,7 +21,7 @@ namespace tarvos::core {
 ///
 /// An `order` of -1 selects such a whole vector, 0 the pose part alone, k from 1 to n block k alone.
 ///
-/// Vectors must have the right size when they are passed; any other size, and an order for which there is no block,
+/// Vectors must have the right size when they are passed; any other size, and an order without a block,
 /// stops the process before anything is written. Reading may refresh the pose's stored vectors (see cvdata::Pose), so
 /// even concurrent readers of one state need a lock of the caller's.
 ///

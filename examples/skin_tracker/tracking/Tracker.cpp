@@ -128,7 +128,7 @@ void Tracker::miss(double time) {
         mMotion->keepSize();
 }
 
-/// Learns the hand's colours from the largest region of skin, if any.
+/// Learns the hand's colours from the largest region of skin, its holes apart, if any.
 void Tracker::learn(const cv::Mat& pixels) {
     const cv::Mat hsv = hueSaturationValue(pixels);
     cv::Mat skin = markColours(hsv, mSkin);
