@@ -97,8 +97,7 @@ public:
     /// Copies pixels, size, layout, depth and alignment, from a temporary image too; the time stamp stays. The stride
     /// becomes that of an image made from a size. Between images of equal size, layout, depth and alignment the buffer
     /// stays if it is large enough, so that frames are copied without an allocation; if the strides are equal as well,
-    /// the header keeps its region of interest, and the padding is copied (otherwise it is 0). The header object always
-    /// stays.
+    /// the header keeps its region of interest, and the padding is copied (otherwise it is 0). The header always stays.
     Image& operator=(const Image& image);
 
     /// True for an image without pixels: width() or height() is 0.

@@ -66,22 +66,24 @@ void copyFile(const std::string& from, const std::string& to) {
     requireName(from);
     requireName(to);
     std::error_code error = std::make_error_code(std::errc::invalid_argument);
-    const fs::path target = to;
     const fs::file_status status = fs::status(from);
     std::ifstream source(fs::is_regular_file(status) ? from : "", std::ios::binary);
-    if (!source.is_open() || fs::exists(fs::symlink_status(target)))
+    if (!source.is_open() || fs::exists(fs::symlink_status(to)))
         throw fs::filesystem_error("cannot copy", from, to, error);
-    fs::copy_file(from, target, error);
-    // GCC 12 copies nothing of a file in /proc, which states no size.
-    const bool isMissed = !error && fs::is_empty(target, error) && source.peek() != std::ifstream::traits_type::eof();
-    if (isMissed && !(std::ofstream(target, std::ios::binary) << source.rdbuf()).flush())
-        error = std::make_error_code(std::errc::io_error);
+    fs::copy_file(from, to, error);
+    // GCC 12 copies nothing of a file in /proc, which states no size. An insertion may stop half way without an error.
+    const auto remains = [&] { return source.peek() != std::ifstream::traits_type::eof() || source.bad(); };
+    if (!error && fs::is_empty(to, error) && remains()) {
+        std::ofstream copy(to, std::ios::binary);
+        if (!(copy << source.rdbuf()).flush() || remains())
+            error = std::make_error_code(std::errc::io_error);
+    }
     if (!error)  // without a set-user-id bit
-        fs::permissions(target, status.permissions() & fs::perms::all, error);
+        fs::permissions(to, status.permissions() & fs::perms::all, error);
     if (error) {
         std::error_code ignored;
         if (error != std::errc::file_exists)
-            fs::remove(target, ignored);
+            fs::remove(to, ignored);
         throw fs::filesystem_error("cannot copy", from, to, error);
     }
 }
@@ -97,12 +99,11 @@ bool Filesystem::rm(std::string path) {
     try {
         if (containsNul(path))
             return true;
-        if (fs::is_directory(path)) {
-            fs::remove_all(withoutSlashes(path));
-            return true;
-        }
         std::error_code error;
-        fs::remove(path, error);
+        if (fs::is_directory(path))
+            fs::remove_all(withoutSlashes(path));
+        else
+            fs::remove(path, error);
         if (error && error != std::errc::not_a_directory)  // below a file there is nothing to remove
             throw fs::filesystem_error("cannot remove", path, error);
     } catch (const std::exception& error) {

@@ -105,8 +105,7 @@ void sweepAssignment() {
     }
 }
 
-/// The same in a directory with one image file, which must not change, for an operation that tells whether it
-/// succeeded.
+/// The same in a directory with one image file, which must not change, for an operation that returns its success.
 template <typename Operation>
 void sweepFiles(Operation operation) {
     const TemporaryDirectory directory;

@@ -21,7 +21,7 @@ struct ClassNames {
 
 template <typename T>
 struct ValueSemantics : testing::Test {};
-using Classes = testing::Types<Image, TiledImage, ColorGMM, ColourHist2d, Blobs, State>;
+using Classes = testing::Types<Image, TiledImage, GM, ColorGMM, ColourHist2d, Blobs, State>;
 TYPED_TEST_SUITE(ValueSemantics, Classes, ClassNames);
 
 TYPED_TEST(ValueSemantics, CopyIsDeep) {
@@ -44,8 +44,7 @@ TYPED_TEST(ValueSemantics, AssignmentIsDeepWhateverTheSizes) {
         target = TypeParam(source);
         EXPECT_EQ(difference(target, before), "") << "a temporary of size " << size << " to " << previous;
         change(target, 50);
-        EXPECT_EQ(difference(source, before), "")
-            << "after a change of the target, size " << size << " to " << previous;
+        EXPECT_EQ(difference(source, before), "") << "changed with the target, size " << size << " to " << previous;
     }
 }
 

@@ -32,6 +32,7 @@ TEST(MatrixTest, ElementsAreStoredRowByRow) {
     matrix(1, 0) = 7.0;
     eigenMap(matrix)(1, 2) = 9.0;
     EXPECT_THAT(elementsOf(matrix), ElementsAre(0.5, 0.5, 0.5, 7.0, 0.5, 9.0));
+    EXPECT_EQ(Matrix().rows() + Matrix().cols(), 0U);
     const Matrix& read = matrix;
     EXPECT_EQ(read(1, 2), 9.0);
     for (const auto& [row, col] : {std::pair{0U, 3U}, {2U, 0U}}) {

@@ -18,6 +18,7 @@ TEST(ImageTest, AnImageOf5x2BgrHasAStrideOf16AndABufferOf32Bytes) {
     EXPECT_EQ(image.height(), 2);
     EXPECT_EQ(image.nofChannels(), 3);
     EXPECT_EQ(image.widthStep(), 16);
+    EXPECT_EQ(image.row(0), image.imageBuffer());
     EXPECT_EQ(image.row(1), image.imageBuffer() + 16);
     EXPECT_EQ(image.getTimeStamp(), 0);
     const IplImage* header = image.iplImage();

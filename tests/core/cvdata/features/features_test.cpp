@@ -114,6 +114,7 @@ Determinant:
 
 TEST(ColourHist2dTest, StopsOnDataOfAnotherLengthAndHasNoneOnceMovedFrom) {
     ColourHist2d source(255, 255, 255);
+    EXPECT_EQ(source.getBinsTotal(), 16581375U);
     EXPECT_EQ(source.data().dimension(), 16581375U);
     EXPECT_DEATH(source.setData(Vector(2)), "Input.dimension\\(\\) == ");
     const ColourHist2d moved(std::move(source));
