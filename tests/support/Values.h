@@ -9,6 +9,7 @@
 #include "core/trackingdata/State.h"
 
 #include <algorithm>
+#include <cmath>
 #include <sstream>
 #include <string>
 #include <type_traits>
@@ -35,9 +36,10 @@ inline void change(Image& image, int seed) {
     matView(image).setTo(cv::Scalar(seed, seed + 1, seed + 2));
 }
 inline void change(TiledImage& mosaic, int seed) {
-    Image cell(mosaic.width() / 2, mosaic.height() / 2, Image::CHANNELS_BGR, Image::BITS_8U);
+    const int size = cvRound(std::sqrt(mosaic.width()));  // of its cells, and of its grid
+    Image cell(size, size, Image::CHANNELS_BGR, Image::BITS_8U);
     change(cell, seed);
-    mosaic.setCellImage(1, 1, &cell);
+    mosaic.setCellImage(static_cast<std::size_t>(size - 1), static_cast<std::size_t>(size - 1), &cell);
 }
 inline void change(GM& component, int seed) {
     component.mCovariance.fill(seed);
@@ -70,21 +72,22 @@ inline void change(State& state, int seed) {
 
 template <typename T>
 T make(int size) {
+    const auto count = static_cast<std::size_t>(size), more = count + 1;
     if constexpr (std::is_same_v<T, Image>)
         return {size + 4, 2, Image::CHANNELS_BGR, Image::BITS_16U};
     else if constexpr (std::is_same_v<T, TiledImage>)
-        return {2, 2, static_cast<std::size_t>(size), 3, Image::CHANNELS_BGR, Image::BITS_8U};
+        return {more, more, more, more, Image::CHANNELS_BGR, Image::BITS_8U};
     else if constexpr (std::is_same_v<T, GM>)
         return GM(static_cast<unsigned int>(size));
     else if constexpr (std::is_same_v<T, ColorGMM>)
-        return {static_cast<std::size_t>(size), 4};
+        return {count, 4};
     else if constexpr (std::is_same_v<T, ColourHist2d>)
         return {static_cast<unsigned char>(size), 2, 5};
     else if constexpr (std::is_same_v<T, State>)
         return {VectorPose(12), 3};  // of a size that vectors keep on the heap
     else {
         T blobs;
-        blobs.mBlobs.resize(static_cast<std::size_t>(size));
+        blobs.mBlobs.resize(count);
         return blobs;
     }
 }
