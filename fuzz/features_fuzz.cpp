@@ -32,7 +32,11 @@ struct Pair {
 
     void step(const char* name, Input& input) {
         const int operation = input.below(3), to = input.below(2), size = input.below(5);
-        Input::note(name, " ", to, ": ", operation == 0 ? "resize " : operation == 1 ? "change " : "assign ", size);
+        Input::note(name, " ", to, ": ",
+                    operation == 0   ? "resize "
+                    : operation == 1 ? "change "
+                                     : "assign from ",
+                    operation == 2 ? size % 2 : size);
         T& target = features[to];
         if (operation == 0) {
             resize(target, size);

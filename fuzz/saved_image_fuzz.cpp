@@ -18,7 +18,7 @@ namespace {
 using tarvos::core::cvdata::Image;
 
 const std::string ENDINGS[] = {".png", ".bmp", ".ppm", ".tiff", ".pam", ".jpg", ".webp"};
-constexpr int LOSSLESS = 4;  ///< the first ones
+constexpr int LOSSLESS = 4;  ///< the first ones; .pam is compared with cv::imread alone
 constexpr Image::BitsPerChannel BITS[] = {Image::BITS_8U, Image::BITS_16U, Image::BITS_32F};
 
 /// What an 8-bit image should be when it is loaded again.

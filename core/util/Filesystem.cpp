@@ -51,8 +51,7 @@ void forEachEntry(const std::string& dir, Visit visit) {
         throw Exception("\n'" + dir + "' is a file, but must be a directory.");
 
     for (const fs::directory_entry& entry : fs::directory_iterator(path)) {
-        const std::string& whole = entry.path().native();
-        std::string name = whole.substr(whole.rfind('/') + 1);
+        std::string name = entry.path().filename();
         try {
             visit(entry, name);
         } catch (const std::exception& error) {
@@ -65,15 +64,16 @@ void forEachEntry(const std::string& dir, Visit visit) {
 void copyFile(const std::string& from, const std::string& to) {
     requireName(from);
     requireName(to);
-    std::error_code error = std::make_error_code(std::errc::invalid_argument);
+    std::error_code error;
     const fs::file_status status = fs::status(from);
     std::ifstream source(fs::is_regular_file(status) ? from : "", std::ios::binary);
     if (!source.is_open() || fs::exists(fs::symlink_status(to)))
-        throw fs::filesystem_error("cannot copy", from, to, error);
+        throw fs::filesystem_error("cannot copy", from, to, std::make_error_code(std::errc::invalid_argument));
     fs::copy_file(from, to, error);
     // GCC 12 copies nothing of a file in /proc, which states no size. An insertion may stop half way without an error.
     const auto remains = [&] { return source.peek() != std::ifstream::traits_type::eof() || source.bad(); };
     if (!error && fs::is_empty(to, error) && remains()) {
+        fs::permissions(to, fs::perms::owner_write, fs::perm_options::add, error);
         std::ofstream copy(to, std::ios::binary);
         if (!(copy << source.rdbuf()).flush() || remains())
             error = std::make_error_code(std::errc::io_error);

@@ -1,3 +1,4 @@
+#include "Annotation.h"
 #include "Mosaic.h"
 #include "tracking/Tracker.h"
 
@@ -11,6 +12,7 @@
 namespace skin_tracker {
 namespace {
 
+using tarvos::core::cvdata::Image;
 using tarvos::core::cvdata::imageOf;
 using tarvos::core::cvdata::VisContourSamplePts;
 
@@ -73,6 +75,7 @@ TEST(RegionsTest, AreTidiedCountedAndTraced) {
     for (int i = 0; i < 2; ++i)
         regions.traceOutline(region, outline);
     EXPECT_EQ(outline.mPoints.size(), 24U) << "every eighth of 192 pixels, once";
+    EXPECT_EQ(outline.mPoints[0].mVec4[1], 100.0) << "it begins at the top";
     for (std::size_t i = 0; i < 24; ++i)
         EXPECT_EQ(outline.mEdges[i].mPointRefs[1], outline.mEdges[(i + 1) % 24].mPointRefs[0]) << "it is closed";
 }
@@ -138,6 +141,8 @@ cv::Mat clutteredScene(int frame, cv::Point place) {
 
 TEST(TrackerTest, FollowsAHandOfSeveralColoursThroughAnOcclusionInFrontOfClutter) {
     Tracked hand(0);
+    Annotation annotation;
+    Image drawn;
     for (int i = 0; i < 60; ++i) {
         const bool visible = i < 30 || i >= 36;
         const cv::Point place(80 + 2 * i, cvRound(110 + 40 * std::sin(0.1 * i)));
@@ -149,7 +154,12 @@ TEST(TrackerTest, FollowsAHandOfSeveralColoursThroughAnOcclusionInFrontOfClutter
         const cv::Rect2d expected(place.x - 36, place.y - 24, 72, 48), box = hand.tracker->motion().box();
         const double overlap = (box & expected).area();
         EXPECT_GT(overlap / (box.area() + expected.area() - overlap), visible ? 0.7 : 0.3) << "frame " << i;
+        drawn = imageOf(cv::Mat(SIZE, CV_8UC3, cv::Scalar(0)));
+        annotation.draw(*hand.tracker, drawn);
     }
+    cv::Mat grey;
+    cv::cvtColor(matView(drawn), grey, cv::COLOR_BGR2GRAY);
+    EXPECT_NEAR(cv::boundingRect(grey).width, 97, 4) << "of the hand and its way in 30 frames";
 }
 
 }  // namespace

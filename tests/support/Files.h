@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -54,6 +55,7 @@ inline void expectInLimits(__rlimit_resource resource, rlim_t limit, const std::
         std::signal(SIGXFSZ, SIG_IGN);
         setrlimit(resource, &limits);
         action();
+        std::fflush(stdout);  // what failed
         std::_Exit(testing::Test::HasFailure() ? 1 : 0);
     };
     EXPECT_EXIT(run(), testing::ExitedWithCode(0), "");

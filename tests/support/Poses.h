@@ -5,7 +5,8 @@
 #include <vector>
 
 /// A pose of any dimension and degrees of freedom, whose two forms are independent of each other. It has vectors of its
-/// own and counts their updates; an update of the data adds 100 to every element.
+/// own and counts their updates; an update of the data adds 100 to every element,
+/// one of the incremental data leaves its flag at 0.
 class TestPose : public tarvos::core::cvdata::Pose {
 public:
     using Vector = tarvos::math::Vector;

@@ -15,7 +15,7 @@
 #include <type_traits>
 #include <vector>
 
-/// What tests for all classes know about each: `make<T>(size)`, change() of every member by a seed, members() as text.
+/// What the tests of all classes need of each: make<T>() of a size, change() by a seed, and members() as text.
 namespace values {
 
 using namespace tarvos::core;
@@ -28,6 +28,7 @@ struct Members : std::vector<std::string> {
         std::ostringstream line;
         line << name << " " << value;
         push_back(line.str());
+        std::replace(back().begin(), back().end(), '\n', ' ');
         return *this;
     }
 };
@@ -36,6 +37,7 @@ inline void change(Image& image, int seed) {
     matView(image).setTo(cv::Scalar(seed, seed + 1, seed + 2));
 }
 inline void change(TiledImage& mosaic, int seed) {
+    change(static_cast<Image&>(mosaic), seed + 1);
     const int size = cvRound(std::sqrt(mosaic.width()));  // of its cells, and of its grid
     Image cell(size, size, Image::CHANNELS_BGR, Image::BITS_8U);
     change(cell, seed);
@@ -45,7 +47,8 @@ inline void change(GM& component, int seed) {
     component.mCovariance.fill(seed);
     component.mCovarianceInverse.fill(seed + 0.25);
     component.mMean.fill(seed + 0.5);
-    component.mWeight = component.mDeterminant = static_cast<float>(seed);
+    component.mWeight = static_cast<float>(seed);
+    component.mDeterminant = component.mWeight + 1.0F;
 }
 inline void change(ColorGMM& model, int seed) {
     model.mEpsilon = seed;
@@ -123,12 +126,11 @@ inline Members members(const ColorGMM& model) {
 }
 inline Members members(const ColourHist2d& histogram) {
     struct Shown : ColourHist2d {
-        explicit Shown(const ColourHist2d& shown) : ColourHist2d(shown) {}
-        unsigned int planeBins() const { return mPlaneBins; }
+        static unsigned int planeBins(const ColourHist2d& shown) { return shown.*&Shown::mPlaneBins; }
     };
     return Members()
         .add("getBinsTotal", histogram.getBinsTotal())
-        .add("mPlaneBins", Shown(histogram).planeBins())
+        .add("mPlaneBins", Shown::planeBins(histogram))
         .add("data", histogram.data());
 }
 inline Members members(const Blobs& blobs) {

@@ -27,12 +27,10 @@ TEST(ImageTest, AnImageOf5x2BgrHasAStrideOf16AndABufferOf32Bytes) {
     EXPECT_EQ(header->widthStep, 16);
 }
 
-/// A header over the pixels of an image of 4 x 4 grey pixels.
+/// A header over the buffer of an image of 4 x 4 grey pixels.
 struct ImageOfHeaderTest : testing::Test {
     Image image{4, 4, Image::CHANNELS_GRAY, Image::BITS_8U};
     IplImage header = *image.iplImage();
-
-    ImageOfHeaderTest() { std::memset(image.imageBuffer(), 7, 16); }
 };
 
 TEST_F(ImageOfHeaderTest, AnUnknownChannelSequenceLeavesTheLayout) {

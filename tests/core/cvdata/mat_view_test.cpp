@@ -30,7 +30,7 @@ TEST(ImageOfTest, CopiesAPartOfAMat) {
     const Image part = imageOf(pixels(cv::Rect(2, 1, 3, 2)));
     EXPECT_EQ(part.width(), 3);
     EXPECT_EQ(matView(part).at<cv::Vec4b>(1, 2), cv::Vec4b(1, 2, 3, 4));
-    EXPECT_EQ(part.widthStep(), 12) << "the parent's padding is not read";
+    EXPECT_EQ(part.widthStep(), 12) << "its own, not the parent's";
     EXPECT_TRUE(imageOf(cv::Mat()).empty());
 }
 

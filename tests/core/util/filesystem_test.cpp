@@ -50,7 +50,6 @@ TEST_F(FilesystemTest, MakesAndRemoves) {
         EXPECT_FALSE(Filesystem::exists(path));
     }
     EXPECT_FALSE(Filesystem::exists(""));
-    EXPECT_TRUE(Filesystem::exists("//etc"));
     fs::create_symlink("loop", "loop");
     EXPECT_THAT(messageOf([] { Filesystem::rm("loop"); }), StartsWith("Filesystem exception: rm(loop) failed with "));
 }
@@ -62,9 +61,8 @@ TEST_F(FilesystemTest, RemovingIsNotLedOutOfTheTree) {
     for (const char* link : {"tree/link", "link", "slashed"})
         fs::create_directory_symlink(directory.path() + "/kept", link);
     for (const char* path : {"tree", "link", "slashed/", "slashed///"})
-        EXPECT_TRUE(Filesystem::rm(path));
-    EXPECT_EQ(Filesystem::ls(".", "").size(), 0U);
-    EXPECT_FALSE(fs::is_symlink("slashed"));
+        Filesystem::rm(path);
+    EXPECT_EQ(entriesOf("."), 1) << "what was linked to";
     for (const std::string path : {"kept/.", "kept/sub/..", "."})
         EXPECT_THAT(messageOf([&] { Filesystem::rm(path); }), StartsWith("Filesystem exception: rm(" + path + ") "));
     EXPECT_TRUE(Filesystem::exists("kept/file"));
@@ -109,7 +107,7 @@ TEST_F(FilesystemTest, CopiesRegularFilesOnlyNeverOverwritesAndLeavesNoPart) {
         expectRefused(from, "new");
     EXPECT_EQ(contentOf("old"), "text");
     for (const char* from : {"large", "/proc/cpuinfo"})
-        expectInLimits(RLIMIT_FSIZE, 100, [=] { EXPECT_THROW(Filesystem::cp(from, "new"), Exception); });
+        expectInLimits(RLIMIT_FSIZE, 100, [=] { EXPECT_THROW(Filesystem::cp(from, "new"), Exception) << from; });
     EXPECT_FALSE(Filesystem::exists("new"));
 }
 
