@@ -39,12 +39,12 @@ TYPED_TEST(ValueSemantics, AssignmentIsDeepWhateverTheSizes) {
         const Members before = members(source);
         TypeParam target = makeChanged<TypeParam>(previous);
         target = source;
-        EXPECT_EQ(difference(target, before), "") << "source of size " << size << ", target of " << previous;
+        ASSERT_EQ(difference(target, before), "") << "source of size " << size << ", target of " << previous;
         target = makeChanged<TypeParam>(previous);
         target = TypeParam(source);
-        EXPECT_EQ(difference(target, before), "") << "a temporary of size " << size << ", target of " << previous;
+        ASSERT_EQ(difference(target, before), "") << "a temporary of size " << size << ", target of " << previous;
         change(target, 50);
-        EXPECT_EQ(difference(source, before), "") << "changed with the target, sizes " << size << " and " << previous;
+        ASSERT_EQ(difference(source, before), "") << "changed with the target, sizes " << size << " and " << previous;
     }
 }
 

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -48,15 +47,13 @@ inline std::ptrdiff_t entriesOf(const std::string& directory) {
     return std::distance(std::filesystem::directory_iterator(directory), {});
 }
 
-/// Runs @p action in a process of its own, where @p resource is limited.
-inline void expectInLimits(__rlimit_resource resource, rlim_t limit, const std::function<void()>& action) {
+/// Expects @p action to return true in a process of its own, whose files may have no more than 100 bytes.
+inline void expectOnAFullDisk(const std::function<bool()>& action) {
     const auto run = [&] {
-        const rlimit limits{limit, limit};
+        const rlimit limits{100, 100};
         std::signal(SIGXFSZ, SIG_IGN);
-        setrlimit(resource, &limits);
-        action();
-        std::fflush(stdout);  // what failed
-        std::_Exit(testing::Test::HasFailure() ? 1 : 0);
+        setrlimit(RLIMIT_FSIZE, &limits);
+        std::_Exit(action() ? 0 : 1);
     };
     EXPECT_EXIT(run(), testing::ExitedWithCode(0), "");
 }

@@ -11,8 +11,8 @@ namespace skin_tracker {
 /// Removes specks from @p mask (8-bit, one channel, 0 and 255) and closes small holes.
 void tidy(cv::Mat& mask);
 
-/// The connected regions of a mask, their holes filled. Each record holds the box (x, y, width, height) in `mBlock`, its
-/// centre in `mVector`, the index of the region's contour in `mField1` and the area in pixels in `mField2`.
+/// The connected regions of a mask, their holes filled. Each record holds the box (x, y, width, height) in `mBlock`,
+/// its centre in `mVector`, the index of the region's contour in `mField1` and the area in pixels in `mField2`.
 class Regions {
 public:
     using BlobInfo = tarvos::core::cvdata::Blobs::BlobInfo;
