@@ -69,7 +69,6 @@ TEST(RegionsTest, AreTidiedCountedAndTraced) {
     ASSERT_EQ(regions.blobs().dimension(), 2U);
     const Regions::BlobInfo& region = *regions.largest();
     EXPECT_EQ(boxOf(region), cv::Rect(1200, 100, 50, 50));
-    EXPECT_EQ(region.mField2, 50 * 50 - 4);
     EXPECT_EQ(cv::countNonZero(regions.maskOf(region, {1320, 240})), 50 * 50 - 4);
     VisContourSamplePts outline;
     for (int i = 0; i < 2; ++i)

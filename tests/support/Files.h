@@ -47,13 +47,17 @@ inline std::ptrdiff_t entriesOf(const std::string& directory) {
     return std::distance(std::filesystem::directory_iterator(directory), {});
 }
 
-/// Expects @p action to return true in a process of its own, whose files may have no more than 100 bytes.
-inline void expectOnAFullDisk(const std::function<bool()>& action) {
+/// Expects @p action to return false or to throw in a process of its own, whose files have at most 100 bytes.
+inline void expectFailureOnAFullDisk(const std::string& name, const std::function<bool()>& action) {
     const auto run = [&] {
         const rlimit limits{100, 100};
         std::signal(SIGXFSZ, SIG_IGN);
         setrlimit(RLIMIT_FSIZE, &limits);
-        std::_Exit(action() ? 0 : 1);
+        try {
+            std::_Exit(action() ? 1 : 0);
+        } catch (const std::exception&) {
+            std::_Exit(0);
+        }
     };
-    EXPECT_EXIT(run(), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(run(), testing::ExitedWithCode(0), "") << name;
 }

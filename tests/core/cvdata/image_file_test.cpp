@@ -179,7 +179,7 @@ TEST_F(ImageFileTest, WhatCannotBeSavedIsReportedInOneLineAndChangesNothing) {
         expectRefused(image, path);
     expectRefused(Image(), "colour.png");
     expectRefused(image, std::string("colour.png\0.png", 15));
-    expectOnAFullDisk([&] { return !image.save("colour.png"); });
+    expectFailureOnAFullDisk("save", [&] { return image.save("colour.png"); });
     EXPECT_EQ(contentOf("colour.png"), kept);
     EXPECT_EQ(entriesOf("."), entries);
 }
