@@ -74,11 +74,10 @@ TEST_F(FilesystemTest, ANameWithANulByteNamesNothing) {
     EXPECT_FALSE(Filesystem::exists(name));
     EXPECT_TRUE(Filesystem::rm(name));
     EXPECT_THROW(Filesystem::mkdir(name), fs::filesystem_error);
-    for (const auto& paths : {std::pair(name, std::string("new")), {"kept", name}}) {
-        EXPECT_THAT(messageOf([&] { Filesystem::mv(paths.first, paths.second); }),
-                    StartsWith("Filesystem exception: "));
-        expectRefused(paths.first, paths.second);
-    }
+    EXPECT_THAT(messageOf([&] { Filesystem::mv("kept", name); }), StartsWith("Filesystem exception: mv(kept, "));
+    EXPECT_THAT(messageOf([&] { Filesystem::mv(name, "new"); }), StartsWith("Filesystem exception: mv(kept"));
+    expectRefused("kept", name);
+    expectRefused(name, "new");
     EXPECT_EQ(messageOf([&] { Filesystem::ls(name, ""); }), "\nNot found: " + directory.path() + "/" + name);
 }
 
