@@ -26,7 +26,7 @@ void tidy(cv::Mat& mask) {
 Regions::Regions(const cv::Mat& mask, double leastArea, const cv::Point& corner) {
     cv::findContours(mask, mContours, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE, corner);
     for (std::size_t i = 0; i < mContours.size(); ++i) {
-        const double onEdge = static_cast<double>(mContours[i].size());
+        const auto onEdge = static_cast<double>(mContours[i].size());
         const int area = cvRound(cv::contourArea(mContours[i]) + onEdge / 2) + 1;  // Pick's theorem
         if (area < leastArea)
             continue;
