@@ -20,7 +20,6 @@ TEST(ImageTest, AnImageOf5x2BgrHasAStrideOf16AndABufferOf32Bytes) {
     EXPECT_EQ(image.widthStep(), 16);
     EXPECT_EQ(image.row(0), image.imageBuffer());
     EXPECT_EQ(image.row(1), image.imageBuffer() + 16);
-    EXPECT_EQ(image.getTimeStamp(), 0);
     const IplImage* header = image.iplImage();
     EXPECT_EQ(header->imageData, reinterpret_cast<char*>(image.imageBuffer()));
     EXPECT_EQ(header->imageSize, 32);
