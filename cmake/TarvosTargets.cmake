@@ -12,10 +12,9 @@ endfunction()
 # What the libraries have in common.
 function(tarvos_library_properties target)
   tarvos_compile_options(${target})
-  target_compile_options(${target} PRIVATE
-    -iquote ${PROJECT_SOURCE_DIR}
-    # A function that is exported may still be inlined into its neighbours.
-    -fno-semantic-interposition)
+  target_include_directories(${target} PRIVATE ${PROJECT_BINARY_DIR}/include)
+  # A function that is exported may still be inlined into its neighbours.
+  target_compile_options(${target} PRIVATE -fno-semantic-interposition)
   if(TARVOS_HARDENING)
     target_compile_definitions(${target} PRIVATE _FORTIFY_SOURCE=2 _GLIBCXX_ASSERTIONS)
     target_compile_options(${target} PRIVATE -fstack-protector-strong)
@@ -25,7 +24,6 @@ function(tarvos_library_properties target)
     target_link_options(${target} PRIVATE -Wl,-z,relro,-z,now)
   endif()
   set_target_properties(${target} PROPERTIES
-    TARVOS_LIBRARY ON
     DEBUG_POSTFIX _d
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON)
@@ -50,9 +48,7 @@ function(tarvos_library target name)
     VERIFY_INTERFACE_HEADER_SETS ON
     INTERFACE_HEADER_SETS_TO_VERIFY HEADERS)
   tarvos_public_headers(${target} HEADERS ${ARG_HEADERS})
-  # Not for the libraries themselves: GCC drops a -iquote folder that is a system folder, too.
-  target_include_directories(${target} SYSTEM INTERFACE
-    $<BUILD_INTERFACE:$<$<NOT:$<BOOL:$<TARGET_PROPERTY:TARVOS_LIBRARY>>>:${PROJECT_SOURCE_DIR}>>)
+  target_include_directories(${target} SYSTEM INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
 endfunction()
 
 # tarvos_public_headers(<target> <file set> <files>...): headers in the target's folder that users include.

@@ -1,4 +1,4 @@
-#include "core/Contract.h"
+#include <tarvos/core/Contract.h>
 
 // The C library's own reporter gives the form of the line, flushes and aborts. It is declared only where assertions
 // are on, and defined always.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Export.h"
+#include <tarvos/core/Export.h>
 
 /// @file
 /// Contract checks: a broken contract is a bug in the caller and stops the process, in every build type.
@@ -22,12 +22,3 @@ namespace tarvos::core {
     (static_cast<bool>(__VA_ARGS__)  \
          ? static_cast<void>(0)      \
          : ::tarvos::core::contractViolated(#__VA_ARGS__, __FILE__, __LINE__, __extension__ __PRETTY_FUNCTION__))
-
-/// TARVOS_REQUIRE for a condition whose wording compares a signed with an unsigned number: the compiler converts both
-/// to unsigned, so a negative number exceeds every size.
-#define TARVOS_REQUIRE_UNSIGNED(...)                                                         \
-    do {                                                                                     \
-        _Pragma("GCC diagnostic push") _Pragma("GCC diagnostic ignored \"-Wsign-compare\""); \
-        TARVOS_REQUIRE(__VA_ARGS__);                                                         \
-        _Pragma("GCC diagnostic pop")                                                        \
-    } while (false)

@@ -1,6 +1,5 @@
-#include "core/Exception.h"
-
-#include "core/Report.h"
+#include <tarvos/core/Exception.h>
+#include <tarvos/core/Report.h>
 
 #include <iostream>
 #include <utility>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Export.h"
+#include <tarvos/core/Export.h>
 
 #include <exception>
 #include <string>

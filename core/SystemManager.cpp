@@ -1,9 +1,7 @@
-#include "core/SystemManager.h"
-
-#include "core/Contract.h"
-#include "core/Report.h"
-
 #include <GL/glew.h>
+#include <tarvos/core/Contract.h>
+#include <tarvos/core/Report.h>
+#include <tarvos/core/SystemManager.h>
 // GLEW comes first: it replaces the header of OpenGL that the others include.
 #include <GL/freeglut.h>
 #include <GL/glx.h>

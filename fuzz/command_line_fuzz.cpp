@@ -2,7 +2,8 @@
 /// Command lines, beside a model of how they are scanned.
 
 #include "Input.h"
-#include "core/parser/CmdLineParser.h"
+
+#include <tarvos/core/parser/CmdLineParser.h>
 
 #include <map>
 #include <string>

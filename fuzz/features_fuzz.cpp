@@ -2,8 +2,9 @@
 /// Programs over two features of each class: whatever went before, each is what the last operation on it made.
 
 #include "Input.h"
-#include "core/cvdata/features/VisContourSamplePts.h"
 #include "support/Values.h"
+
+#include <tarvos/core/cvdata/features/VisContourSamplePts.h>
 
 #include <vector>
 

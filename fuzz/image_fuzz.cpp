@@ -2,9 +2,9 @@
 /// Programs over a few images and mosaics, beside a model that keeps the bytes of each buffer in a vector.
 
 #include "Input.h"
-#include "core/cvdata/TiledImage.h"
 
 #include <opencv2/core/core_c.h>
+#include <tarvos/core/cvdata/TiledImage.h>
 
 #include <algorithm>
 #include <cstring>
@@ -74,14 +74,18 @@ struct Model {
                  : header.channelSeq[0] == 'R' ? Image::CHANNELS_RGB
                                                : Image::CHANNELS_BGR;
     }
-    /// What is made from @p header over these bytes. Padding of 8 bytes and more is a view's: not read at the end.
-    Model copied(const IplImage& header) const {
+    /// Whether the stride is OpenCV's: with any other, the padding behind the last row may be a parent's.
+    bool isWhole() const {
+        const int unit = std::max(align, 1);
+        return step == (row() + unit - 1) / unit * unit;
+    }
+    /// What is made from @p header over these bytes, which are its own or only described by it.
+    Model copied(const IplImage& header, bool isOwn) const {
         Model made = *this;
         made.describe(header);
         made.buffer.resize(made.size());
-        const int padding = made.step - made.row();
-        if (padding >= 8 && made.height > 0)
-            std::fill_n(made.buffer.rbegin(), padding, static_cast<unsigned char>(0));
+        if (!isOwn && !made.isWhole())
+            std::fill_n(made.buffer.rbegin(), made.step - made.row(), static_cast<unsigned char>(0));
         return made;
     }
 };
@@ -138,13 +142,14 @@ struct Slot {
         cvInitImageHeader(&header, cvSize(model.width, model.height), cvIplDepth(model.depth), model.channels());
         std::memcpy(header.channelSeq, SEQUENCES[input.below(5)], 4);
         header.align = 4 * input.below(3);
-        header.widthStep = model.row() + input.below(12);
-        const int lastRow = header.widthStep - model.row() < 8 ? header.widthStep : model.row();
+        header.widthStep = model.step = model.row() + input.below(12);
+        model.align = header.align;
+        const int lastRow = model.isWhole() ? header.widthStep : model.row();
         model.buffer.resize(static_cast<std::size_t>(header.widthStep * (model.height - 1) + lastRow));
         model.fill(input.byte());
         header.imageData = reinterpret_cast<char*>(model.buffer.data());
         image = std::make_unique<Image>(&header);
-        model = model.copied(header);
+        model = model.copied(header, false);
         time = 0;
     }
     /// Another description of the same buffer, if it has room for it.
@@ -177,7 +182,7 @@ void assign(Slot& target, const Slot& source) {
 }
 
 void copy(Slot& target, const Slot& source, bool isCloning) {
-    Model made = source.model.copied(*source.image->iplImage());
+    Model made = source.model.copied(*source.image->iplImage(), true);
     target = {std::unique_ptr<Image>(isCloning ? source.image->clone() : new Image(*source.image)), std::move(made)};
 }
 

@@ -2,11 +2,12 @@
 /// Images of any size, layout, depth and region of interest, saved, loaded again, and damaged, beside cv::imread.
 
 #include "Input.h"
-#include "core/cvdata/MatView.h"
 
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
+#include <tarvos/core/cvdata/MatView.h>
 
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -26,11 +27,11 @@ cv::Mat asBgr(const Image& image) {
     const bool redFirst = image.channels() == Image::CHANNELS_RGB || image.channels() == Image::CHANNELS_RGBA;
     cv::Mat bgr;
     if (image.nofChannels() == 1)
-        cv::cvtColor(matView(image), bgr, cv::COLOR_GRAY2BGR);
+        cv::cvtColor(matCopy(image), bgr, cv::COLOR_GRAY2BGR);
     else if (image.nofChannels() == 4)
-        cv::cvtColor(matView(image), bgr, redFirst ? cv::COLOR_RGBA2BGR : cv::COLOR_BGRA2BGR);
+        cv::cvtColor(matCopy(image), bgr, redFirst ? cv::COLOR_RGBA2BGR : cv::COLOR_BGRA2BGR);
     else
-        bgr = matView(image).clone();
+        bgr = matCopy(image);
     if (redFirst && image.nofChannels() == 3)
         cv::cvtColor(bgr, bgr, cv::COLOR_RGB2BGR);
     return bgr;
@@ -65,9 +66,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     Input input(bytes, size);
     const int width = 1 + input.below(70), height = 1 + input.below(9), depth = input.below(3), ending = input.below(7);
     Image image(width, height, static_cast<Image::ColorChannels>(input.below(6)), BITS[depth]);
-    cv::Mat pixels = matView(image);
+    cv::Mat pixels = matCopy(image);
     cv::theRNG().state = input.byte() + 1U;
     cv::randu(pixels, 0, 200);
+    for (int y = 0; y < height; ++y)
+        std::memcpy(image.row(y), pixels.ptr(y), pixels.step[0]);
     if (input.below(2) == 1)
         cvSetImageROI(image.iplImage(), cvRect(0, 0, 1, 1));
     const std::string path = stem + ENDINGS[ending];

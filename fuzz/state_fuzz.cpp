@@ -2,8 +2,9 @@
 /// Programs over two states, beside a model that keeps pose and blocks in vectors.
 
 #include "Input.h"
-#include "core/trackingdata/State.h"
 #include "support/Poses.h"
+
+#include <tarvos/core/trackingdata/State.h>
 
 #include <algorithm>
 #include <memory>

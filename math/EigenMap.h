@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Matrix.h"
-
 #include <Eigen/Core>
+#include <tarvos/math/Matrix.h>
 
 namespace tarvos::math {
 
@@ -16,12 +15,12 @@ using EigenMatrix = Eigen::Matrix<double, Eigen::Dynamic, Eigen::Dynamic, Eigen:
 /// Include this header only where Eigen is used: no other header of the library needs it.
 /// @ingroup math
 inline Eigen::Map<EigenMatrix> eigenMap(Matrix& matrix) {
-    return {matrix.data(), matrix.rows(), matrix.cols()};
+    return {matrix.data(), static_cast<Eigen::Index>(matrix.rows()), static_cast<Eigen::Index>(matrix.cols())};
 }
 /// A read-only view of @p matrix.
 /// @ingroup math
 inline Eigen::Map<const EigenMatrix> eigenMap(const Matrix& matrix) {
-    return {matrix.data(), matrix.rows(), matrix.cols()};
+    return {matrix.data(), static_cast<Eigen::Index>(matrix.rows()), static_cast<Eigen::Index>(matrix.cols())};
 }
 
 }  // namespace tarvos::math

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Vector.h"
+#include <tarvos/math/Vector.h>
 
 #include <array>
 #include <cstddef>

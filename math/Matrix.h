@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Export.h"
+#include <tarvos/math/Export.h>
 
 #include <array>
 #include <cstddef>
@@ -98,8 +98,9 @@ private:
     [[noreturn]] void throwOutOfRange(unsigned int row, unsigned int col) const __attribute__((cold));
 };
 
-/// Writes @p matrix with the stream's precision: a single column as "[a, b, c]" on one line, any other shape with one
-/// such line per row, columns aligned. No newline follows the last row.
+/// Writes @p matrix with the stream's format: a single column as "[a, b, c]" on one line, any other shape with one such
+/// line per row. The stream's width holds for each element, and is 0 afterwards; without one, the columns of a matrix
+/// are aligned. No newline follows the last row.
 TARVOS_MATH_EXPORT std::ostream& operator<<(std::ostream& stream, const Matrix& matrix);
 
 }  // namespace tarvos::math

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Matrix.h"
+#include <tarvos/math/Matrix.h>
 
 namespace tarvos::math {
 
@@ -16,9 +16,9 @@ public:
     explicit SquareMatrix(unsigned int n) : Matrix(n, n) {}
 
     /// The inverse. Throws `std::domain_error`, naming the size, for a matrix that is singular to working precision
-    /// (a pivot below n times the machine epsilon times the largest pivot), that contains a NaN, whose inverse exceeds
-    /// the largest double, or that was assigned another shape through a `Matrix&`; `std::invalid_argument` if @p method
-    /// is not a valid enumerator.
+    /// (with rows and columns scaled to elements near 1, a pivot below n times the machine epsilon times the largest
+    /// pivot), that contains a NaN, whose inverse exceeds the largest double, or that was assigned another shape
+    /// through a `Matrix&`; `std::invalid_argument` if @p method is not a valid enumerator.
     SquareMatrix invert(const Matrix::InversionMethod& method) const;
 };
 

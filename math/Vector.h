@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Matrix.h"
+#include <tarvos/math/Matrix.h>
 
 #include <algorithm>
 #include <type_traits>
@@ -36,8 +36,7 @@ public:
     /// Element @p i, counted from 0 and not checked; writable also through a const vector.
     double& operator[](unsigned int i) const { return elements()[i]; }
 
-    // Final, so that compilers can inline calls on a vector.
-    unsigned int dimension() const final { return rows() * cols(); }
+    unsigned int dimension() const override { return rows() * cols(); }
 };
 
 }  // namespace tarvos::math

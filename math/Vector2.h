@@ -1,6 +1,6 @@
 #pragma once
 
-#include "FixedVector.h"
+#include <tarvos/math/FixedVector.h>
 
 namespace tarvos::math {
 

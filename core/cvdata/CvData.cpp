@@ -1,6 +1,5 @@
-#include "core/cvdata/CvData.h"
-
-#include "core/Contract.h"
+#include <tarvos/core/Contract.h>
+#include <tarvos/core/cvdata/CvData.h>
 
 namespace tarvos::core::cvdata {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../Export.h"
+#include <tarvos/core/Export.h>
 
 /// Images and visual features: the data that trackers work on.
 namespace tarvos::core::cvdata {
@@ -20,7 +20,7 @@ public:
     };
 
     /// Data with the tag @p type for life.
-    explicit CvData(DataReprType type) noexcept : mDataReprType(type) {}
+    CvData(DataReprType type) noexcept : mDataReprType(type) {}
     /// Data with the tag of @p data.
     CvData(const CvData& data) noexcept = default;
     virtual ~CvData();

@@ -1,11 +1,9 @@
-#include "core/cvdata/Image.h"
-
-#include "core/Contract.h"
-#include "core/Report.h"
-#include "core/cvdata/ImageFile.h"
-#include "core/cvdata/MatView.h"
-
 #include <opencv2/core/core_c.h>
+#include <tarvos/core/Contract.h>
+#include <tarvos/core/Report.h>
+#include <tarvos/core/cvdata/Image.h>
+#include <tarvos/core/cvdata/ImageFile.h>
+#include <tarvos/core/cvdata/MatView.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -20,8 +18,6 @@ namespace tarvos::core::cvdata {
 namespace {
 
 constexpr std::int64_t MAX_INT = std::numeric_limits<std::int32_t>::max();
-/// Rows of a view into a wider image have at least this much padding; OpenCV aligns rows to 8 bytes at most.
-constexpr std::int64_t MIN_VIEW_PADDING = 8;
 
 constexpr Image::BitsPerChannel DEPTHS[] = {Image::BITS_8U, Image::BITS_16U, Image::BITS_32F, Image::BITS_64F,
                                             Image::BITS_8S, Image::BITS_16S, Image::BITS_32S};
@@ -84,7 +80,8 @@ Image::Image(const Description& description) : TimedData(REPR_IMAGE), mDescripti
 Image::Image(const IplImage* image) : TimedData(REPR_IMAGE) {
     TARVOS_REQUIRE((image != NULL) && "Image: there is no header to copy.");
     TARVOS_REQUIRE((image->nChannels == 1) || (image->nChannels == 3) || (image->nChannels == 4));
-    TARVOS_REQUIRE((image->imageData != NULL) && "Image: the header has no pixels.");
+    TARVOS_REQUIRE((image->imageData != NULL || image->widthStep == 0 || image->height == 0) &&
+                   "Image: the header has no pixels.");
     copyFromHeader(image);
 }
 
@@ -99,17 +96,10 @@ Image::Image(std::string path) : TimedData(REPR_IMAGE) {
         report(std::cerr, "ERROR: Could not load image: " + path);
         return;
     }
+    Image rows(loaded);
     const auto step = static_cast<std::int64_t>(pixels.step[0]);
-    if (step == loaded.widthStep) {  // nearly always: keeps what was decoded
-        mDescription = loaded;
-        mImageBuffer = {std::make_shared<cv::Mat>(pixels), pixels.data};
-        mImageSize = static_cast<std::uint32_t>(step * loaded.height);
-        updateOpencvHeader();
-    } else {
-        Image rows(loaded);
-        rows.copyRows(pixels.data, step, step * loaded.height);
-        swapPixels(rows);
-    }
+    rows.copyRows(pixels.data, step, step * loaded.height);
+    swapPixels(rows);
 }
 
 Image::Image(const Image& image) : TimedData(REPR_IMAGE) {
@@ -117,11 +107,9 @@ Image::Image(const Image& image) : TimedData(REPR_IMAGE) {
                    "Source image doesn't exist, can't use the copy constructor 'cvdata::Image(const Image& image)'.");
     TARVOS_REQUIRE((image.iplImage()->nChannels == 1) || (image.iplImage()->nChannels == 3) ||
                    (image.iplImage()->nChannels == 4));
-    const IplImage* header = image.iplImage();
-    TARVOS_REQUIRE((header->imageData != reinterpret_cast<const char*>(image.imageBuffer()) ||
-                    std::int64_t{header->widthStep} * header->height <= std::int64_t{image.mImageSize}) &&
-                   "Image: the source's description and its pixels are out of step.");
-    copyFromHeader(header);
+    TARVOS_REQUIRE(image.isHeaderInBuffer() && "Image: the source's description and its pixels are out of step.");
+    copyFromHeader(image.iplImage());
+    copyLastPadding(image);
 }
 
 Image::Image(Image&& image) noexcept : TimedData(image) {
@@ -131,8 +119,10 @@ Image::Image(Image&& image) noexcept : TimedData(image) {
 Image::~Image() = default;
 
 Image* Image::clone() const {
-    TARVOS_REQUIRE((iplImage() != NULL) && "Image: an empty image cannot be cloned.");
-    return new Image(*this);
+    TARVOS_REQUIRE(isHeaderInBuffer() && "Image: the source's description and its pixels are out of step.");
+    auto copy = std::make_unique<Image>(iplImage());
+    copy->copyLastPadding(*this);
+    return copy.release();
 }
 
 Image& Image::operator=(const Image& image) {
@@ -159,10 +149,10 @@ unsigned char* Image::row(int y) const {
 
 bool Image::save(std::string path) const {
     const bool redFirst = mDescription.channels == CHANNELS_RGB || mDescription.channels == CHANNELS_RGBA;
-    if (!empty() && writeImageFile(path, matView(*this), redFirst))
-        return true;
-    report(std::cerr, "ERROR: Could not save image: " + path);
-    return false;
+    const std::string reason = empty() ? "the image is empty" : writeImageFile(path, matCopy(*this), redFirst);
+    if (!reason.empty())
+        report(std::cerr, "ERROR: Could not save image: " + path + ": " + reason);
+    return reason.empty();
 }
 
 void Image::setNofChannels(ColorChannels channels) {
@@ -250,10 +240,29 @@ void Image::copyFromHeader(const IplImage* image) {
     // OpenCV rejects a stride that is too short, except for an image of one row.
     if (mDescription.fitsHeader() && padding < 0)
         CV_Error(cv::Error::BadStep, "The row stride is shorter than a row");
+    // The padding of a part's last row is its parent's. A part is known by a stride that OpenCV would not give.
+    const std::int64_t align = std::max(mDescription.align, 1);
+    const bool isWhole = step == (mDescription.bytesPerRow() + align - 1) / align * align;
     Image copy(mDescription);
     copy.copyRows(reinterpret_cast<const unsigned char*>(image->imageData), step,
-                  step * mDescription.height - (padding < MIN_VIEW_PADDING ? 0 : padding));
+                  step * mDescription.height - (isWhole ? 0 : padding));
     swapPixels(copy);
+}
+
+/// Where the header of @p image is over its own buffer, the padding of the last row is its own, whatever the stride.
+void Image::copyLastPadding(const Image& image) {
+    if (height() == 0 || image.iplImage()->imageData != reinterpret_cast<const char*>(image.imageBuffer()))
+        return;
+    const std::int64_t end = mDescription.widthStep * height();
+    const std::int64_t start = end - mDescription.widthStep + mDescription.bytesPerRow();
+    std::copy(image.imageBuffer() + start, image.imageBuffer() + end, imageBuffer() + start);
+}
+
+/// False where the header's fields were changed so that it exceeds the buffer.
+bool Image::isHeaderInBuffer() const {
+    const IplImage* header = iplImage();
+    return header == nullptr || header->imageData != reinterpret_cast<const char*>(imageBuffer()) ||
+           std::int64_t{header->widthStep} * header->height <= std::int64_t{mImageSize};
 }
 
 /// Copies the rows at @p source, where @p readable bytes may be read: every byte if the strides are equal, otherwise

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "TimedData.h"
-
 #include <opencv2/core/types_c.h>
+#include <tarvos/core/cvdata/TimedData.h>
 
 #include <cstdint>
 #include <memory>
@@ -64,11 +63,15 @@ public:
     /// is not a valid enumerator.
     Image(int width, int height, ColorChannels channels, BitsPerChannel bits);
     /// A copy of the pixels that @p image describes, with its stride and alignment. Region of interest and origin are
-    /// ignored. Three channels in an order other than "BG." or "R.." are taken as CHANNELS_BGR. Padding of 8 bytes or
-    /// more marks a view into a wider image: it is not read past the end of the last row, and is 0 there in the copy.
+    /// ignored. Unless the sequence of three channels starts with BG or R, they are taken as CHANNELS_BGR.
     ///
-    /// Stops the process when @p image or its data is null, when it has not 1, 3 or 4 channels, or when its depth is
-    /// outside BitsPerChannel. Throws `cv::Exception` for a stride shorter than a row.
+    /// Padding behind the last row is read only where the stride is the one that OpenCV gives this width at the
+    /// header's alignment; elsewhere it is assumed to belong to a parent image, and is 0 in the copy. A part whose
+    /// stride happens to be that one (101 of 104 grey columns) cannot be told from a whole image: pass the `cv::Mat` to
+    /// `imageOf` of MatView.h instead.
+    ///
+    /// Aborts when @p image is null, when it has rows but no data, when it has not 1, 3 or 4 channels, or when its
+    /// depth is outside BitsPerChannel. Throws `cv::Exception` for a stride shorter than a row.
     Image(const IplImage* image);
     /// The image in the file at @p path as `cv::imread` decodes it to 8-bit CHANNELS_BGR, without regard to an EXIF
     /// orientation. If that fails for whatever reason, the image is empty and "ERROR: Could not load image: " and the
@@ -87,8 +90,8 @@ public:
     Image(Image&& image) noexcept;
     ~Image() override;
 
-    /// A new image made from this image's header, owned by the caller; see `Image(const Image&)`. Stops the process
-    /// when this image has no header.
+    /// A new image made from this image's header, owned by the caller; see `Image(const IplImage*)`. Aborts when this
+    /// image has no header.
     virtual Image* clone() const;
 
     /// Channels of a pixel: 1, 3 or 4.
@@ -113,12 +116,14 @@ public:
     /// The row stride: bytes from the start of one row to the start of the next.
     int widthStep() const noexcept { return static_cast<int>(mDescription.widthStep); }
     /// The first pixel of the first row; null without a buffer. Changes only when size, layout, depth or alignment
-    /// change.
+    /// change, or when an image is assigned for whose computed stride the buffer is too small.
     unsigned char* imageBuffer() const noexcept { return mImageBuffer.get(); }
     /// The first pixel of row @p y, counted from 0. Stops the process unless the buffer holds that row.
     unsigned char* row(int y) const;
     /// The OpenCV header over the buffer, owned by the image; null without a buffer. Its row stride is widthStep();
-    /// for an image of one row, OpenCV states the row without padding.
+    /// for an image of one row, OpenCV states the row without padding. Where the stride is not a multiple of a value's
+    /// bytes (wider than 8 bits, a width that is not a multiple of 4), OpenCV computes wrong results on it without a
+    /// word: read and write `imageData` row by row, or take `matCopy(image)` of MatView.h.
     IplImage* iplImage() const noexcept { return mIplImage.get(); }
 
     /// Writes the image to the file at @p path in the format of the path's ending: .png, .jpg, .jpeg, .jpe, .bmp, .dib,
@@ -126,8 +131,10 @@ public:
     /// depth that the format lacks to 8 bits as OpenCV does. The file is written whole or not at all: it replaces a
     /// regular file (keeping its permissions) or a link of that name only once it is complete.
     ///
-    /// False, with "ERROR: Could not save image: " and the path on standard error, if that fails: an empty image, an
-    /// unknown ending, channels that OpenCV does not write in that format, a full disk. Throws nothing but
+    /// While it is written, it is readable by nobody who may not read the file that it replaces.
+    ///
+    /// False, with "ERROR: Could not save image: ", the path and the reason on standard error, if that fails: an empty
+    /// image, an unknown ending, channels that OpenCV does not write in that format, a full disk. Throws nothing but
     /// `std::bad_alloc`.
     bool save(std::string path) const;
 
@@ -174,12 +181,14 @@ private:
     };
 
     std::uint32_t mImageSize = 0;  ///< bytes allocated
-    std::shared_ptr<unsigned char[]> mImageBuffer;
+    std::unique_ptr<unsigned char[]> mImageBuffer;
     Description mDescription;
     std::unique_ptr<IplImage, HeaderRelease> mIplImage;
 
     explicit Image(const Description& description);
     void copyFromHeader(const IplImage* image);
+    void copyLastPadding(const Image& image);
+    bool isHeaderInBuffer() const;
     void copyRows(const unsigned char* source, std::int64_t sourceStep, std::int64_t readable);
     bool isInBuffer() const;
     bool headerMatchesDescription() const;

@@ -1,20 +1,22 @@
-#include "core/cvdata/ImageFile.h"
-
-#include "core/Report.h"
-#include "core/imagefiles/ImageCodecs.h"
+#include <tarvos/core/FileDescriptor.h>
+#include <tarvos/core/Report.h>
+#include <tarvos/core/cvdata/ImageFile.h>
+#include <tarvos/core/imagefiles/ImageCodecs.h>
 
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <climits>
-#include <cstdio>
 #include <cstring>
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <new>
 #include <strings.h>
+#include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace tarvos::core::cvdata {
@@ -81,33 +83,39 @@ bool isEncodedInMemory(const std::string& ending) {
                        [&](const char* known) { return strcasecmp(known, ending.c_str()) == 0; });
 }
 
-/// Writes a temporary file and renames it to @p path; removes it on failure.
-bool replaceFile(const fs::path& path, const std::vector<unsigned char>& bytes) {
-    std::error_code error;
-    const fs::file_status replaced = fs::status(path, error);
-    if (fs::exists(replaced) && !fs::is_regular_file(replaced))
-        return false;
+std::string systemReason(int error) {
+    return std::generic_category().message(error);
+}
+
+/// Writes a temporary file and renames it to @p path; removes it on failure, of which the reason is returned. All names
+/// are relative to the directory, so that the temporary one may be longer than the file's own.
+std::string replaceFile(const fs::path& path, const std::vector<unsigned char>& bytes) {
+    const std::string name = path.filename();
+    const FileDescriptor folder(
+        open(path.has_parent_path() ? path.parent_path().c_str() : ".", O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (folder.get() < 0)
+        return systemReason(errno);
+    struct stat replaced {};
+    const bool exists = fstatat(folder.get(), name.c_str(), &replaced, 0) == 0;
+    if (exists && !S_ISREG(replaced.st_mode))
+        return "there is something else than a regular file";
     static std::atomic<unsigned int> serial{0};
-    fs::path part;
-    std::FILE* file = nullptr;
+    std::string part;
+    int created = -1;
     do {
-        part = path.parent_path() / (".tarvos-" + std::to_string(getpid()) + "-" + std::to_string(serial++));
-        file = std::fopen(part.c_str(), "wbxe");
-    } while (file == nullptr && errno == EEXIST);
-    if (file == nullptr)
-        return false;
-    const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-    error.clear();
-    if (std::fclose(file) != 0 || !isWritten)
-        error = std::make_error_code(std::errc::io_error);
-    if (!error && fs::exists(replaced))
-        fs::permissions(part, replaced.permissions() & fs::perms::all, error);
-    if (!error)
-        fs::rename(part, path, error);
-    if (!error)
-        return true;
-    fs::remove(part, error);
-    return false;
+        part = ".tarvos-" + std::to_string(getpid()) + "-" + std::to_string(serial++);
+        created = openat(folder.get(), part.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, exists ? 0600 : 0666);
+    } while (created < 0 && errno == EEXIST);
+    FileDescriptor file(created);
+    if (created < 0)
+        return systemReason(errno);
+    if ((!exists || fchmod(created, replaced.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO)) == 0) &&
+        file.write(reinterpret_cast<const char*>(bytes.data()), bytes.size()) && file.close() &&
+        renameat(folder.get(), part.c_str(), folder.get(), name.c_str()) == 0)
+        return "";
+    const int error = errno;
+    unlinkat(folder.get(), part.c_str(), 0);
+    return systemReason(error);
 }
 
 /// The result of @p work; an empty one if it fails, unless for lack of memory.
@@ -129,19 +137,24 @@ cv::Mat readImageFile(const std::string& path) {
     return codecs != nullptr ? resultOf([&] { return codecs->read(path); }) : cv::Mat();
 }
 
-bool writeImageFile(const std::string& path, const cv::Mat& pixels, bool redFirst) {
+std::string writeImageFile(const std::string& path, const cv::Mat& pixels, bool redFirst) {
     const std::string ending = fs::path(path).extension();
-    const ImageCodecs* codecs = isEncodedInMemory(ending) ? imageCodecs() : nullptr;
-    if (codecs == nullptr || path.find('\0') != std::string::npos)
-        return false;
+    if (path.find('\0') != std::string::npos)
+        return "the name contains a NUL byte";
+    if (!isEncodedInMemory(ending))
+        return ending.empty() ? "the name has no ending"
+                              : ending + " is not the ending of a format that can be written";
+    const ImageCodecs* codecs = imageCodecs();
+    if (codecs == nullptr)
+        return "the codecs cannot be loaded";
     const std::vector<unsigned char> bytes = resultOf([&] {
-        cv::Mat blueFirst = pixels.isContinuous() && !redFirst ? pixels : pixels.clone();
+        cv::Mat blueFirst = redFirst ? pixels.clone() : pixels;
         const int exchange[] = {0, 2, 2, 0};
         if (redFirst)
             cv::mixChannels(&pixels, 1, &blueFirst, 1, exchange, 2);
         return codecs->encode(blueFirst, ending);
     });
-    return !bytes.empty() && replaceFile(path, bytes);
+    return bytes.empty() ? "OpenCV does not write such pixels as " + ending : replaceFile(path, bytes);
 }
 
 }  // namespace tarvos::core::cvdata

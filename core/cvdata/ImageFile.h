@@ -9,8 +9,8 @@ namespace tarvos::core::cvdata {
 /// The pixels of the image file at @p path as `cv::imread` decodes them to colour, or an empty matrix.
 cv::Mat readImageFile(const std::string& path);
 
-/// Writes @p pixels, whose channels start with red instead of blue if @p redFirst, to @p path in the format of its
-/// ending. False if that fails; whatever was at @p path is then unchanged.
-bool writeImageFile(const std::string& path, const cv::Mat& pixels, bool redFirst);
+/// Writes @p pixels, packed and with red before blue if @p redFirst, to @p path in the format of its ending. The reason
+/// if that fails, otherwise nothing; whatever was at @p path is then unchanged.
+std::string writeImageFile(const std::string& path, const cv::Mat& pixels, bool redFirst);
 
 }  // namespace tarvos::core::cvdata

@@ -1,10 +1,15 @@
-#include "core/cvdata/MatView.h"
+#include <tarvos/core/Contract.h>
+#include <tarvos/core/cvdata/MatView.h>
 
-#include "core/Contract.h"
+#include <cstring>
+#include <limits>
+#include <new>
 
 namespace tarvos::core::cvdata {
 
-cv::Mat matView(Image& image) {
+namespace {
+
+cv::Mat viewOf(const Image& image) {
     if (image.empty() || image.iplImage() == nullptr)
         return {};
     IplImage whole = *image.iplImage();
@@ -12,16 +17,38 @@ cv::Mat matView(Image& image) {
     return cv::cvarrToMat(&whole);
 }
 
+}  // namespace
+
+cv::Mat matView(Image& image) {
+    cv::Mat view = viewOf(image);
+    TARVOS_REQUIRE((view.empty() || view.step[0] % view.elemSize1() == 0) &&
+                   "Image: OpenCV cannot compute on this stride; use matCopy(), or make the image by imageOf().");
+    return view;
+}
+
 const cv::Mat matView(const Image& image) {
     return matView(const_cast<Image&>(image));
 }
 
+cv::Mat matCopy(const Image& image) {
+    const cv::Mat view = viewOf(image);
+    cv::Mat copy(view.size(), view.type());
+    for (int y = 0; y < view.rows; ++y)
+        std::memcpy(copy.ptr(y), view.ptr(y), view.elemSize() * static_cast<std::size_t>(view.cols));
+    return copy;
+}
+
 Image imageOf(const cv::Mat& pixels) {
     TARVOS_REQUIRE((pixels.depth() <= CV_64F) && "Image: This depth is not implemented!");  // OpenCV would pass it on
+    TARVOS_REQUIRE((pixels.dims <= 2) && "imageOf: the matrix has more than 2 dimensions.");
+    TARVOS_REQUIRE((pixels.channels() == 1 || pixels.channels() == 3 || pixels.channels() == 4) &&
+                   "imageOf: the matrix does not have 1, 3 or 4 channels.");
     if (pixels.empty())
         return {};
+    if (pixels.total() > std::numeric_limits<int>::max() / pixels.elemSize())
+        throw std::bad_array_new_length();
     const bool isPart = pixels.step[0] != pixels.elemSize() * static_cast<std::size_t>(pixels.cols);
-    const cv::Mat packed = isPart ? pixels.clone() : pixels;  // a part's padding is not its own
+    const cv::Mat packed = isPart ? pixels.clone() : pixels;  // the gap between a part's rows is the parent's data
     const IplImage header = cvIplImage(packed);
     return {&header};
 }

@@ -1,9 +1,8 @@
 #pragma once
 
-#include "Image.h"
-
 #include <opencv2/core.hpp>
 #include <opencv2/core/core_c.h>
+#include <tarvos/core/cvdata/Image.h>
 
 /// @file
 /// Image and `cv::Mat`. Include this header only where OpenCV's C++ interface is used: no other header needs it.
@@ -11,8 +10,9 @@
 namespace tarvos::core::cvdata {
 
 /// A view of the pixels of @p image for OpenCV's C++ functions: no pixel is copied, and writes reach the image, whose
-/// region of interest is ignored. Empty for an empty image. Valid until the image's buffer is replaced (see
-/// Image::imageBuffer(); resizeMemory() always does), moved from or destroyed.
+/// region of interest is ignored. Empty for an empty image. Aborts where the stride is not a multiple of a value's
+/// bytes, on which OpenCV computes wrong results (see Image::iplImage()); matCopy() serves there. Valid until the
+/// image's buffer is replaced (see Image::imageBuffer(); resizeMemory() always does), moved from or destroyed.
 /// @ingroup images
 TARVOS_CORE_EXPORT cv::Mat matView(Image& image);
 /// A read-only view of the pixels of @p image. Only the const result says so: a copy of it is writable.
@@ -21,9 +21,14 @@ TARVOS_CORE_EXPORT const cv::Mat matView(const Image& image);
 /// A view would outlive a temporary image.
 cv::Mat matView(const Image&& image) = delete;
 
+/// A copy of the pixels of @p image whose rows are packed. Empty for an empty image.
+/// @ingroup images
+TARVOS_CORE_EXPORT cv::Mat matCopy(const Image& image);
+
 /// A new image with a copy of the pixels of @p pixels, which may be a part of another `cv::Mat`: with 2 dimensions and
-/// 1, 3 or 4 channels, taken as CHANNELS_GRAY, CHANNELS_BGR and CHANNELS_BGRA. Empty when @p pixels is. Stops the
-/// process as `Image(const IplImage*)` does, for instance for half floats.
+/// 1, 3 or 4 channels, taken as CHANNELS_GRAY, CHANNELS_BGR and CHANNELS_BGRA. Its rows are packed as OpenCV's are, so
+/// `imageOf(cv::Mat(height, width, CV_32F))` is an image of any width that OpenCV can compute on. Empty when @p pixels
+/// is. Aborts for another number of channels or dimensions and for half floats.
 /// @ingroup images
 TARVOS_CORE_EXPORT Image imageOf(const cv::Mat& pixels);
 

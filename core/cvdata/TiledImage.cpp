@@ -1,8 +1,6 @@
-#include "core/cvdata/TiledImage.h"
-
-#include "core/Contract.h"
-
 #include <opencv2/core/core_c.h>
+#include <tarvos/core/Contract.h>
+#include <tarvos/core/cvdata/TiledImage.h>
 
 #include <cstddef>
 #include <limits>
@@ -39,6 +37,9 @@ TiledImage& TiledImage::operator=(const TiledImage& image) {
     if (this == &image)
         return *this;
     TiledImage copy(image);
+    copy.setChannels(channels());  // which an unknown channel sequence leaves
+    copy.updateFromOpencvHeader(image.iplImage());
+    copy.updateOpencvHeader();
     swapPixels(copy);
     mRows = image.mRows;
     mCols = image.mCols;
@@ -51,11 +52,11 @@ void TiledImage::setCellImage(size_t cellRow, size_t cellCol, Image* img) {
     TARVOS_REQUIRE((cellRow < mRows) && "cell row index is out of range");
     TARVOS_REQUIRE((cellCol < mCols) && "cell col index is out of range");
     TARVOS_REQUIRE(img != NULL);
-    TARVOS_REQUIRE_UNSIGNED(img->width() == mCellWidth);
-    TARVOS_REQUIRE_UNSIGNED(img->height() == mCellHeight);
+    TARVOS_REQUIRE(img->width() == mCellWidth);
+    TARVOS_REQUIRE(img->height() == mCellHeight);
     if (mCellWidth == 0 || mCellHeight == 0)
         return;
-    TARVOS_REQUIRE_UNSIGNED(
+    TARVOS_REQUIRE(
         (iplImage() != NULL && iplImage()->width == mCols * mCellWidth && iplImage()->height == mRows * mCellHeight) &&
         "the mosaic was resized through its base");
 
@@ -67,7 +68,9 @@ void TiledImage::setCellImage(size_t cellRow, size_t cellCol, Image* img) {
     cell.height = static_cast<int>(mCellHeight);
     cell.imageData += static_cast<std::ptrdiff_t>(mCellHeight * cellRow) * cell.widthStep +
                       static_cast<std::ptrdiff_t>(mCellWidth * cellCol) * cell.nChannels * (cell.depth & 0xFF) / 8;
-    cvCopy(img->iplImage(), &cell);
+    IplImage source = *img->iplImage();
+    source.roi = nullptr;
+    cvCopy(&source, &cell);
 }
 
 }  // namespace tarvos::core::cvdata

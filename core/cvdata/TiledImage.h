@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Image.h"
+#include <tarvos/core/cvdata/Image.h>
 
 #include <cstddef>
 
@@ -28,16 +28,16 @@ public:
     ~TiledImage() override;
 
     /// Copies grid, pixels, stride and alignment into a new buffer, from a temporary mosaic too; the layout is what
-    /// OpenCV's header says, as in a copy. The time stamp and the header object stay. Stops the process when @p image
-    /// has no header.
+    /// the channel sequence of the other's header says, and stays if that is unknown. The time stamp and the header
+    /// object stay. Aborts when @p image has no header.
     TiledImage& operator=(const TiledImage& image);
 
-    /// Copies @p img, which the caller keeps, into the cell at (@p cellRow, @p cellCol), counted from 0. Afterwards
-    /// the mosaic's header has no region of interest.
+    /// Copies @p img, which the caller keeps, into the cell at (@p cellRow, @p cellCol), counted from 0. A region of
+    /// interest of @p img is ignored; afterwards the mosaic's header has none.
     ///
-    /// Stops the process for an index out of range, a null image or one that is not of cell size. An image of another
-    /// depth or number of channels than the mosaic's is rejected by OpenCV with a `cv::Exception`; the mosaic's pixels
-    /// are then unchanged.
+    /// Aborts for an index out of range, a null image or one that is not of cell size. An image of another depth or
+    /// number of channels than the mosaic's, grey in a colour mosaic for instance, is rejected by OpenCV with a
+    /// `cv::Exception`; the mosaic's pixels are then unchanged.
     void setCellImage(size_t cellRow, size_t cellCol, Image* img);
 
 protected:

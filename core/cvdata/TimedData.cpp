@@ -1,4 +1,4 @@
-#include "core/cvdata/TimedData.h"
+#include <tarvos/core/cvdata/TimedData.h>
 
 namespace tarvos::core::cvdata {
 

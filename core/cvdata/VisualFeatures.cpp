@@ -1,4 +1,4 @@
-#include "core/cvdata/VisualFeatures.h"
+#include <tarvos/core/cvdata/VisualFeatures.h>
 
 namespace tarvos::core::cvdata {
 

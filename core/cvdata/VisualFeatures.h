@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CvData.h"
+#include <tarvos/core/cvdata/CvData.h>
 
 namespace tarvos::core::cvdata {
 

@@ -1,8 +1,6 @@
-#include "core/imagefiles/ImageCodecs.h"
-
-#include "core/Export.h"
-
 #include <opencv2/imgcodecs.hpp>
+#include <tarvos/core/Export.h>
+#include <tarvos/core/imagefiles/ImageCodecs.h>
 
 namespace tarvos::core::imagefiles {
 

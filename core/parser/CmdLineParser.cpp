@@ -1,6 +1,5 @@
-#include "core/parser/CmdLineParser.h"
-
-#include "core/Report.h"
+#include <tarvos/core/Report.h>
+#include <tarvos/core/parser/CmdLineParser.h>
 
 #include <algorithm>
 #include <cstdlib>

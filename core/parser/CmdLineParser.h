@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../Export.h"
+#include <tarvos/core/Export.h>
 
 #include <istream>
 #include <locale>
@@ -98,8 +98,10 @@ std::optional<T> CmdLineParser::value(std::string name) const {
     const std::string whole = getValue(name);
     if constexpr (std::is_same_v<T, std::string>)
         return whole;
-    if (std::is_unsigned_v<T> && whole.find('-') != std::string::npos)
-        return std::nullopt;  // which extraction would wrap around
+    if constexpr (std::is_same_v<T, bool>)
+        return whole == "1" || whole == "0" ? std::optional<T>(whole == "1") : std::nullopt;
+    if (std::is_unsigned_v<T> && sizeof(T) > 1 && whole.find('-') != std::string::npos)
+        return std::nullopt;  // extraction would wrap it around
     std::istringstream text(whole);
     text.imbue(std::locale::classic());
     T value{};

@@ -1,11 +1,20 @@
-#include "core/trackingdata/State.h"
-
-#include "core/Contract.h"
+#include <tarvos/core/Contract.h>
+#include <tarvos/core/trackingdata/State.h>
 
 #include <algorithm>
 #include <ostream>
 
 namespace tarvos::core {
+
+namespace {
+
+/// @p part, which a pose has brought up to date, if it still has the size that was checked before.
+const math::Vector& sized(const math::Vector& part, unsigned int size) {
+    TARVOS_REQUIRE((part.dimension() == size) && "State: the pose has changed its size while it was read.");
+    return part;
+}
+
+}  // namespace
 
 State::State(const cvdata::Pose& pose, int maxOrder) : TrackingData(0.0), mPose(pose.clone()) {
     TARVOS_REQUIRE((mPose != NULL) && "State: the pose's clone() returned null.");
@@ -57,7 +66,11 @@ void State::setPoseData(const math::Vector& poseData) {
 void State::getPoseData(math::Vector& poseData) const {
     const auto pdim = static_cast<unsigned int>(poseDimension());
     TARVOS_REQUIRE((pdim == poseData.dimension()) && "ERROR: finite state dimension does not match the input vector!");
-    mPose->getData(poseData);
+    poseData = sized(mPose->currentData(), pdim);
+}
+
+math::Vector State::getPoseData() const {
+    return mPose->currentData();
 }
 
 const math::Vector& State::derivative(int order) const {
@@ -76,7 +89,7 @@ void State::setDataFromVector(const math::Vector& stateData, int order) {
     }
     TARVOS_REQUIRE((pdim == stateData.dimension()) && "ERROR: state dimension does not match the input vector!");
     TARVOS_REQUIRE((order <= getMaxOrder()) && "ERROR: too high AR order for this state!");
-    TARVOS_REQUIRE_UNSIGNED(mDerivatives.size() >= order);
+    TARVOS_REQUIRE(mDerivatives.size() >= order);
     if (order == 0)
         mPose->setData(stateData);
     else
@@ -96,7 +109,7 @@ void State::setIncDataFromVector(const math::Vector& stateIncData, int order) {
     TARVOS_REQUIRE((pdim == stateIncData.dimension()) &&
                    "ERROR: incremental state dimension does not match the input vector!");
     TARVOS_REQUIRE((order <= getMaxOrder()) && "ERROR: too high AR order for this state!");
-    TARVOS_REQUIRE_UNSIGNED(mDerivatives.size() >= order);
+    TARVOS_REQUIRE(mDerivatives.size() >= order);
     if (order == 0)
         mPose->setIncData(stateIncData);
     else
@@ -115,14 +128,14 @@ void State::getStateIncData(math::Vector& stateIncData, int order) const {
     TARVOS_REQUIRE((pdim == stateIncData.dimension()) &&
                    "ERROR: incremental state dimension does not match the input vector!");
     TARVOS_REQUIRE((order <= getMaxOrder()) && "ERROR: too high AR order for this state!");
-    TARVOS_REQUIRE_UNSIGNED(mDerivatives.size() >= order);
-    const math::Vector& part = order == 0 ? mPose->currentIncData() : derivative(order);
+    TARVOS_REQUIRE(mDerivatives.size() >= order);
+    const math::Vector& part = order == 0 ? sized(mPose->currentIncData(), pdim) : derivative(order);
     std::copy_n(part.begin(), std::min(pdim, part.dimension()), stateIncData.begin());
 }
 
 void State::getStateData(math::Vector& stateData) const {
-    TARVOS_REQUIRE_UNSIGNED((stateDimension() == stateData.dimension()) &&
-                            "ERROR: finite state dimension does not match the input vector!");
+    TARVOS_REQUIRE((stateDimension() == stateData.dimension()) &&
+                   "ERROR: finite state dimension does not match the input vector!");
     pack(mPose->currentData(), stateData);
 }
 
@@ -140,6 +153,7 @@ math::Vector& State::block(int order) {
 
 /// Writes the pose's part and all blocks one after the other.
 void State::pack(const math::Vector& posePart, math::Vector& packed) const {
+    sized(posePart, packed.dimension() - static_cast<unsigned int>(derivativesDimension()));
     double* next = std::copy(posePart.begin(), posePart.end(), packed.begin());
     for (const math::Vector& block : mDerivatives)
         next = std::copy(block.begin(), block.end(), next);

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "../../math/Vector.h"
-#include "../cvdata/pose/Pose.h"
-#include "TrackingData.h"
+#include <tarvos/core/cvdata/pose/Pose.h>
+#include <tarvos/core/trackingdata/TrackingData.h>
+#include <tarvos/math/Vector.h>
 
 #include <iosfwd>
 #include <memory>
@@ -67,6 +67,8 @@ public:
     void setPoseData(const math::Vector& poseData);
     /// Reads the pose's data; @p poseData has poseDimension() elements.
     void getPoseData(math::Vector& poseData) const;
+    /// The pose's data.
+    math::Vector getPoseData() const;
 
     /// Derivative block @p order, from 1 to getMaxOrder() - 1; any other stops the process. Valid as long as the state.
     const math::Vector& derivative(int order) const;

@@ -1,4 +1,4 @@
-#include "core/trackingdata/TrackingData.h"
+#include <tarvos/core/trackingdata/TrackingData.h>
 
 namespace tarvos::core {
 

@@ -1,10 +1,14 @@
-#include "core/util/Filesystem.h"
+#include <tarvos/core/Exception.h>
+#include <tarvos/core/FileDescriptor.h>
+#include <tarvos/core/util/Filesystem.h>
 
-#include "core/Exception.h"
-
+#include <cstddef>
+#include <fcntl.h>
 #include <filesystem>
-#include <fstream>
+#include <memory>
+#include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace tarvos::core::util {
 
@@ -22,9 +26,11 @@ void requireName(const std::string& path) {
         throw fs::filesystem_error("a name with a NUL byte", path, std::make_error_code(std::errc::invalid_argument));
 }
 
-/// An empty path stays empty.
-fs::path absolutePath(const std::string& path) {
-    return path.empty() || fs::path(path).is_absolute() ? fs::path(path) : fs::current_path() / path;
+/// @p path from the root, for a message; unchanged where the current directory has no name.
+std::string absoluteText(const std::string& path) {
+    std::error_code error;
+    const fs::path current = path.empty() ? fs::path() : fs::current_path(error);
+    return error ? path : (current / path).native();
 }
 
 bool endsWith(const std::string& text, const std::string& ending) {
@@ -44,13 +50,12 @@ fs::path withoutSlashes(std::string path) {
 /// Calls @p visit with every entry of @p dir and its name.
 template <typename Visit>
 void forEachEntry(const std::string& dir, Visit visit) {
-    const fs::path path = absolutePath(dir);
-    if (dir.empty() || containsNul(dir) || !fs::exists(path))
-        throw Exception("\nNot found: " + path.native());
-    if (!fs::is_directory(path))
+    if (dir.empty() || containsNul(dir) || !fs::exists(dir))
+        throw Exception("\nNot found: " + absoluteText(dir));
+    if (!fs::is_directory(dir))
         throw Exception("\n'" + dir + "' is a file, but must be a directory.");
 
-    for (const fs::directory_entry& entry : fs::directory_iterator(path)) {
+    for (const fs::directory_entry& entry : fs::directory_iterator(dir)) {
         std::string name = entry.path().filename();
         try {
             visit(entry, name);
@@ -60,32 +65,28 @@ void forEachEntry(const std::string& dir, Visit visit) {
     }
 }
 
-/// Copies to a new file, which is removed if that fails; a file that was there before is never touched.
-void copyFile(const std::string& from, const std::string& to) {
-    requireName(from);
-    requireName(to);
-    std::error_code error;
-    const fs::file_status status = fs::status(from);
-    std::ifstream source(fs::is_regular_file(status) ? from : "", std::ios::binary);
-    if (!source.is_open() || fs::exists(fs::symlink_status(to)))
-        throw fs::filesystem_error("cannot copy", from, to, std::make_error_code(std::errc::invalid_argument));
-    fs::copy_file(from, to, error);
-    // GCC 12 copies nothing of a file in /proc, which states no size. An insertion may stop half way without an error.
-    const auto remains = [&] { return source.peek() != std::ifstream::traits_type::eof() || source.bad(); };
-    if (!error && fs::is_empty(to, error) && remains()) {
-        fs::permissions(to, fs::perms::owner_write, fs::perm_options::add, error);
-        std::ofstream copy(to, std::ios::binary);
-        if (!(copy << source.rdbuf()).flush() || remains())
-            error = std::make_error_code(std::errc::io_error);
-    }
-    if (!error)  // without a set-user-id bit
-        fs::permissions(to, status.permissions() & fs::perms::all, error);
-    if (error) {
-        std::error_code ignored;
-        if (error != std::errc::file_exists)
-            fs::remove(to, ignored);
-        throw fs::filesystem_error("cannot copy", from, to, error);
-    }
+/// Copies a regular file to a new one, which is removed on failure; everything that allocates comes before that file
+/// exists. Of its own, since libstdc++'s copy_file has reported complete copies of files that it cut, and the reverse.
+bool copyFile(const fs::path& from, const fs::path& to) {
+    constexpr std::size_t CHUNK = 256 * 1024;
+    const std::unique_ptr<char[]> bytes(new char[CHUNK]);
+    // Asked before the file is opened, since opening a device may do something.
+    const FileDescriptor source(fs::is_regular_file(from) ? open(from.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK) : -1);
+    struct stat status {};
+    if (source.get() < 0 || fstat(source.get(), &status) != 0 || !S_ISREG(status.st_mode))
+        return false;
+    FileDescriptor target(open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (target.get() < 0)
+        return false;
+    ssize_t count = 0;
+    do
+        count = source.read(bytes.get(), CHUNK);
+    while (count > 0 && target.write(bytes.get(), static_cast<std::size_t>(count)));
+    // The permissions come last, without a set-user-id bit.
+    if (count == 0 && fchmod(target.get(), status.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO)) == 0 && target.close())
+        return true;
+    unlink(to.c_str());
+    return false;
 }
 
 }  // namespace
@@ -100,7 +101,7 @@ bool Filesystem::rm(std::string path) {
         if (containsNul(path))
             return true;
         std::error_code error;
-        if (fs::is_directory(path))
+        if (fs::is_directory(fs::symlink_status(path)))
             fs::remove_all(withoutSlashes(path));
         else
             fs::remove(path, error);
@@ -113,7 +114,7 @@ bool Filesystem::rm(std::string path) {
 }
 
 bool Filesystem::exists(std::string path) {
-    return !containsNul(path) && fs::exists(absolutePath(path));
+    return !containsNul(path) && fs::exists(path);
 }
 
 bool Filesystem::mv(std::string from, std::string to) {
@@ -128,12 +129,16 @@ bool Filesystem::mv(std::string from, std::string to) {
 }
 
 bool Filesystem::cp(std::string from, std::string to) {
+    fs::path target;
+    bool isCopied = false;
     try {
-        copyFile(from, to);
-    } catch (const std::exception&) {
-        throw Exception("Filesystem exception: cp(" + from + ", " + to + ") failed. Does " + to + " already exist?");
+        target = to;
+        isCopied = !containsNul(from) && !containsNul(to) && copyFile(from, target);
+    } catch (const std::exception&) {  // whatever it was, the message is the same
     }
-    return exists(to);
+    if (!isCopied)
+        throw Exception("Filesystem exception: cp(" + from + ", " + to + ") failed. Does " + to + " already exist?");
+    return fs::exists(target);
 }
 
 void Filesystem::ls(std::string dir, std::vector<std::string>& files, std::vector<std::string>& dirs) {

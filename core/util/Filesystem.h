@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../Export.h"
+#include <tarvos/core/Export.h>
 
 #include <string>
 #include <vector>
@@ -26,7 +26,8 @@ public:
     static bool mkdir(std::string path);
     /// Removes a file, a link, or a directory with everything below it. Symlinks are removed, never followed, not
     /// even a link to a directory with a slash after its name, or one that is swapped in meanwhile. True, even if there
-    /// was nothing to remove. Throws Exception, also for a directory given as "." or "..", of which nothing is removed.
+    /// was nothing to remove. Throws Exception, also for a directory given as "." or "..", of which nothing is removed,
+    /// and for a tree that is deeper than the process may open files, of which a part may be gone.
     static bool rm(std::string path);
     /// Whether there is anything at @p path, links followed. Throws the file system's error when that is unknown.
     static bool exists(std::string path);

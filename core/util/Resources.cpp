@@ -1,7 +1,6 @@
-#include "core/util/Resources.h"
-
-#include "core/Report.h"
-#include "core/util/Filesystem.h"
+#include <tarvos/core/Report.h>
+#include <tarvos/core/util/Filesystem.h>
+#include <tarvos/core/util/Resources.h>
 
 #include <cstdlib>
 #include <iostream>

@@ -24,6 +24,10 @@ int main() {
     // From OpenCV to an image: the pixels are copied, here those of a part.
     Image copy = imageOf(pixels(cv::Rect(10, 10, 100, 80)));
 
+    // A new image of any width that OpenCV can compute on.
+    Image depth = imageOf(cv::Mat::zeros(4, 3, CV_32F));
+    matView(depth).setTo(1.5);
+
     // A conversion in place changes the order of the channels; set the layout.
     cv::cvtColor(pixels, pixels, cv::COLOR_BGR2RGB);
     image.setChannels(Image::CHANNELS_RGB);

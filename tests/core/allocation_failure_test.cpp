@@ -2,11 +2,12 @@
 /// The operations that allocate, with each allocation made to fail once: they throw `std::bad_alloc`, change nothing
 /// and leak nothing.
 
-#include "core/util/Filesystem.h"
-#include "core/util/Resources.h"
 #include "support/Files.h"
 #include "support/Output.h"
 #include "support/Values.h"
+
+#include <tarvos/core/util/Filesystem.h>
+#include <tarvos/core/util/Resources.h>
 
 #include <cerrno>
 #include <cstdlib>
@@ -114,6 +115,7 @@ void sweepFiles(Operation operation) {
     const std::string kept = contentOf("image.ppm");
     const auto prepare = [&] {
         writeFile("image.ppm", kept);
+        std::filesystem::remove(LONG);
         return makeChanged<Image>(3);
     };
     const auto attempt = [&](Image& image) {
@@ -145,6 +147,7 @@ const Operation OPERATIONS[] = {
     {"StateClone", [] { sweepOn<State>([](State& state) { delete state.clone(); }); }},
     {"StateUnpack", [] { sweepOn<State>([](State& state) { state.setDataFromVector(Vector(36), -1); }); }},
     {"FilesystemRm", [] { sweepFiles([](Image&) { return Filesystem::rm(LONG); }); }},
+    {"FilesystemCp", [] { sweepFiles([](Image&) { return Filesystem::cp("image.ppm", LONG); }); }},
     {"ResourcesFindFile", [] { sweepFiles([](Image&) { return Resources(LONG, "app").findFile(LONG).empty(); }); }},
 #ifndef __SANITIZE_ADDRESS__  // which reports that OpenCV leaks a matrix whose header cannot be allocated
     {"ImageLoad", [] { sweepFiles([](Image&) { return !Image("image.ppm").empty(); }); }},

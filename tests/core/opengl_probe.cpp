@@ -1,9 +1,8 @@
 /// @file
 /// Makes one context with checks on the card that the environment describes ("checks"), or several without.
 
-#include "core/SystemManager.h"
-
 #include <GL/glew.h>
+#include <tarvos/core/SystemManager.h>
 // GLEW comes first: it replaces the header of OpenGL that the others include.
 #include <GL/freeglut.h>
 

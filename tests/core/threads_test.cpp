@@ -1,13 +1,14 @@
 /// @file
 /// Objects of different threads share nothing, and what threads write does not interleave.
 
-#include "core/Exception.h"
-#include "core/parser/CmdLineParser.h"
-#include "core/util/Filesystem.h"
-#include "core/util/Resources.h"
 #include "support/Files.h"
 #include "support/Output.h"
 #include "support/Values.h"
+
+#include <tarvos/core/Exception.h>
+#include <tarvos/core/parser/CmdLineParser.h>
+#include <tarvos/core/util/Filesystem.h>
+#include <tarvos/core/util/Resources.h>
 
 #include <iostream>
 #include <map>
@@ -57,6 +58,18 @@ void useEverythingIn(int count, int rounds) {
         });
     for (std::thread& thread : threads)
         thread.join();
+}
+
+TEST(Report, ReachesStandardErrorThoughTheTiedStreamFailsAndThrows) {
+    struct Failing : std::streambuf {
+        int sync() override { return -1; }
+    } failing;
+    std::ostream tied(&failing);
+    tied.exceptions(std::ios_base::badbit);
+    std::ostream* const previous = std::cerr.tie(&tied);
+    EXPECT_EQ(captureStderr([] { Exception("first"), Exception("second"); }),
+              "Exception Msg: first\nException Msg: second\n");
+    std::cerr.tie(previous);
 }
 
 TEST(Threads, EightDoWhatOneDoesAndNoLineIsLostOrGarbled) {

@@ -1,15 +1,16 @@
-#include "math/EigenMap.h"
-#include "math/SquareMatrix.h"
-#include "math/Vector.h"
-#include "math/Vector2.h"
-#include "math/Vector4.h"
 #include "support/Poses.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <tarvos/math/EigenMap.h>
+#include <tarvos/math/SquareMatrix.h>
+#include <tarvos/math/Vector.h>
+#include <tarvos/math/Vector2.h>
+#include <tarvos/math/Vector4.h>
 
 #include <algorithm>
 #include <cmath>
+#include <iomanip>
 #include <iterator>
 #include <numeric>
 #include <sstream>
@@ -32,7 +33,6 @@ TEST(MatrixTest, ElementsAreStoredRowByRow) {
     matrix(1, 0) = 7.0;
     eigenMap(matrix)(1, 2) = 9.0;
     EXPECT_THAT(elementsOf(matrix), ElementsAre(0.5, 0.5, 0.5, 7.0, 0.5, 9.0));
-    EXPECT_EQ(Matrix().rows() + Matrix().cols(), 0U);
     const Matrix& read = matrix;
     EXPECT_EQ(read(1, 2), 9.0);
     for (const auto& [row, col] : {std::pair{0U, 3U}, {2U, 0U}}) {
@@ -54,7 +54,8 @@ TEST(MatrixTest, MovingLeavesNoElements) {
     Matrix source = counting(6, 6);
     const Matrix moved = std::move(source);
     EXPECT_EQ(elementsOf(moved), elementsOf(counting(6, 6)));
-    EXPECT_EQ(source.rows() + source.cols(), 0U);
+    EXPECT_EQ(source.rows(), 0U);
+    EXPECT_EQ(source.cols(), 0U);
 }
 
 TEST(SquareMatrixTest, InvertsMatricesOfAnySize) {
@@ -67,16 +68,39 @@ TEST(SquareMatrixTest, InvertsMatricesOfAnySize) {
     }
 }
 
+TEST(SquareMatrixTest, InvertsMatricesInMixedUnits) {
+    const std::vector<double> diagonals[] = {{1, 1e-16}, {1e10, 1e-8, 1}, {1e8, 1e-8}, {1e-9, 1e7}, {1e-300, 1e300}};
+    for (const std::vector<double>& diagonal : diagonals) {
+        const auto size = static_cast<unsigned int>(diagonal.size());
+        SquareMatrix matrix(size);
+        for (unsigned int i = 0; i < size; ++i)
+            matrix(i, i) = diagonal[i];
+        const SquareMatrix inverse = matrix.invert(Matrix::INVERSION_LU);
+        for (unsigned int i = 0; i < size; ++i)
+            EXPECT_DOUBLE_EQ(inverse(i, i), 1 / diagonal[i]);
+    }
+    SquareMatrix covariance(2);  // of a length in nanometres and an angle
+    covariance(0, 0) = 4e12;
+    covariance(0, 1) = covariance(1, 0) = 3e-3;
+    covariance(1, 1) = 9e-18;
+    const SquareMatrix inverse = covariance.invert(Matrix::INVERSION_LU);
+    EXPECT_NEAR(inverse(0, 0) / (9e-18 / 2.7e-5), 1.0, 1e-12);
+    EXPECT_NEAR(inverse(1, 0) / (-3e-3 / 2.7e-5), 1.0, 1e-12);
+}
+
 TEST(SquareMatrixTest, ThrowsWhereThereIsNoFiniteInverse) {
     SquareMatrix matrix(2);
     EXPECT_THROW(matrix.invert(static_cast<Matrix::InversionMethod>(1)), std::invalid_argument);
-    const double singular[][4] = {{4, 7, 2, 3.5}, {std::nan(""), 0, 0, 1}, {1e-310, 0, 0, 1e-310}, {1, 0, 0, 1e-17}};
+    const double singular[][4] = {{4, 7, 2, 3.5}, {std::nan(""), 0, 0, 1}, {1e-310, 0, 0, 1e-310}};
     for (const auto& elements : singular) {
         std::copy(std::begin(elements), std::end(elements), matrix.begin());
         EXPECT_THAT([&] { matrix.invert(Matrix::INVERSION_LU); },
                     testing::ThrowsMessage<std::domain_error>(testing::HasSubstr("2x2")))
             << matrix;
     }
+    SquareMatrix ranks(3);
+    std::iota(ranks.begin(), ranks.end(), 1.0);
+    EXPECT_THROW(ranks.invert(Matrix::INVERSION_LU), std::domain_error) << "1 to 9";
     static_cast<Matrix&>(matrix) = Matrix(2, 3);
     EXPECT_THROW(matrix.invert(Matrix::INVERSION_LU), std::domain_error);
 }
@@ -86,6 +110,9 @@ TEST(MatrixTest, PrintsOneLineARow) {
     text.precision(3);
     text << counting(2, 2) << '|' << counting(3, 1) << '|' << Vector() << '|' << Vector2(3, 4.5) << Vector4();
     EXPECT_EQ(text.str(), "[1, 2]\n[3, 4]|[1, 2, 3]|[]|[3, 4.5][0, 0, 0, 0]");
+    text.str("");
+    text << std::setw(4) << counting(2, 1) << 5 << Vector2(100, 1) << std::setw(3) << counting(1, 2);
+    EXPECT_EQ(text.str(), "[   1,    2]5[100, 1][  1,   2]") << "the width is each element's, then gone";
 }
 
 }  // namespace

@@ -1,13 +1,16 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <tarvos/core/Exception.h>
 
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <iostream>
 #include <iterator>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <sys/resource.h>
@@ -43,11 +46,19 @@ inline std::string contentOf(const std::string& name) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+/// The permissions of @p name, in octal.
+inline std::string modeOf(const std::string& name) {
+    std::ostringstream mode;
+    mode << std::oct << static_cast<unsigned int>(std::filesystem::status(name).permissions());
+    return mode.str();
+}
+
 inline std::ptrdiff_t entriesOf(const std::string& directory) {
     return std::distance(std::filesystem::directory_iterator(directory), {});
 }
 
-/// Expects @p action to return false or to throw in a process of its own, whose files have at most 100 bytes.
+/// Expects @p action to report a failure, by false or by the library's exception, in a process of its own, whose files
+/// have at most 100 bytes.
 inline void expectFailureOnAFullDisk(const std::string& name, const std::function<bool()>& action) {
     const auto run = [&] {
         const rlimit limits{100, 100};
@@ -55,8 +66,11 @@ inline void expectFailureOnAFullDisk(const std::string& name, const std::functio
         setrlimit(RLIMIT_FSIZE, &limits);
         try {
             std::_Exit(action() ? 1 : 0);
-        } catch (const std::exception&) {
+        } catch (const tarvos::core::Exception&) {
             std::_Exit(0);
+        } catch (const std::exception& error) {
+            std::cerr << "another exception: " << error.what() << std::endl;
+            std::_Exit(2);
         }
     };
     EXPECT_EXIT(run(), testing::ExitedWithCode(0), "") << name;

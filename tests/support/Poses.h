@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/cvdata/pose/Pose.h"
+#include <tarvos/core/cvdata/pose/Pose.h>
 
 #include <vector>
 
@@ -30,8 +30,8 @@ public:
         mUpdateFlag = 1;
     }
     void updateIncData() override { ++incUpdates; }
-    using Pose::operator=;
 
+    void setCurrent() { mUpdateFlag = mUpdateIncFlag = 1; }
     void outdate() { mUpdateFlag = mUpdateIncFlag = 0; }
 
     int dataUpdates = 0;

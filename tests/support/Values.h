@@ -1,16 +1,17 @@
 #pragma once
 
-#include "core/cvdata/MatView.h"
-#include "core/cvdata/TiledImage.h"
-#include "core/cvdata/features/Blobs.h"
-#include "core/cvdata/features/ColorGMM.h"
-#include "core/cvdata/features/ColourHist2d.h"
-#include "core/cvdata/pose/VectorPose.h"
-#include "core/trackingdata/State.h"
+#include <tarvos/core/cvdata/MatView.h>
+#include <tarvos/core/cvdata/TiledImage.h>
+#include <tarvos/core/cvdata/features/Blobs.h>
+#include <tarvos/core/cvdata/features/ColorGMM.h>
+#include <tarvos/core/cvdata/features/ColourHist2d.h>
+#include <tarvos/core/cvdata/pose/VectorPose.h>
+#include <tarvos/core/trackingdata/State.h>
 
 #include <algorithm>
 #include <cmath>
-#include <sstream>
+#include <cstdio>
+#include <iterator>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -21,20 +22,28 @@ namespace values {
 using namespace tarvos::core;
 using namespace tarvos::core::cvdata;
 
-/// The members of an object, each a line of its name and its value.
+/// The members of an object, each a line of its name and its value with all digits.
 struct Members : std::vector<std::string> {
-    template <typename T>
-    Members& add(const std::string& name, const T& value) {
-        std::ostringstream line;
-        line << name << " " << value;
-        push_back(line.str());
-        std::replace(back().begin(), back().end(), '\n', ' ');
+    Members& add(const std::string& name, double value) {
+        char text[32];
+        std::snprintf(text, sizeof text, " %.17g", value);
+        push_back(name + text);
+        return *this;
+    }
+    /// The elements of @p range, each a member.
+    template <typename Range>
+    Members& addAll(const std::string& name, const Range& range) {
+        add(name + ".size", static_cast<double>(std::distance(std::begin(range), std::end(range))));
+        int i = 0;
+        for (const auto& element : range)
+            add(name + "[" + std::to_string(i++) + "]", static_cast<double>(element));
         return *this;
     }
 };
 
 inline void change(Image& image, int seed) {
-    matView(image).setTo(cv::Scalar(seed, seed + 1, seed + 2));
+    for (int y = 0; y < image.height(); ++y)
+        std::fill_n(image.row(y), image.widthStep(), static_cast<unsigned char>(seed + y));
 }
 inline void change(TiledImage& mosaic, int seed) {
     change(static_cast<Image&>(mosaic), seed + 1);
@@ -60,7 +69,12 @@ inline void change(ColourHist2d& histogram, int seed) {
 }
 inline void change(Blobs& blobs, int seed) {
     for (Blobs::BlobInfo& blob : blobs.mBlobs) {
-        blob.mValues[4] = ++seed;
+        for (double& value : blob.mValues)
+            value = ++seed + 1e-9;
+        blob.mField1 = ++seed;
+        blob.mField2 = ++seed;
+        for (std::int32_t& value : blob.mBlock)
+            value = ++seed;
         blob.mMatrix1 = tarvos::math::SquareMatrix(static_cast<unsigned int>(seed % 7));
         blob.mMatrix2.fill(seed);
         blob.mVector.fill(seed);
@@ -85,7 +99,7 @@ T make(int size) {
     else if constexpr (std::is_same_v<T, ColorGMM>)
         return {count, 4};
     else if constexpr (std::is_same_v<T, ColourHist2d>)
-        return {static_cast<unsigned char>(size), 2, 5};
+        return {size, 2, 5};
     else if constexpr (std::is_same_v<T, State>)
         return {VectorPose(12), 3};  // of a size that vectors keep on the heap
     else {
@@ -103,22 +117,28 @@ T makeChanged(int size) {
 }
 
 inline Members members(const Image& image) {
+    const std::string bytes(reinterpret_cast<const char*>(image.imageBuffer()),
+                            static_cast<std::size_t>(image.widthStep() * image.height()));
     return Members()
+        .add("width", image.width())
+        .add("height", image.height())
+        .add("channels", image.channels())
+        .add("bitsPerChannel", image.bitsPerChannel())
         .add("widthStep", image.widthStep())
         .add("header's widthStep", image.iplImage()->widthStep)
-        .add("pixels", matView(image));
+        .addAll("imageBuffer", bytes);
 }
 inline Members members(const GM& component) {
     return Members()
-        .add("mCovariance", component.mCovariance)
-        .add("mCovarianceInverse", component.mCovarianceInverse)
-        .add("mMean", component.mMean)
+        .addAll("mCovariance", component.mCovariance)
+        .addAll("mCovarianceInverse", component.mCovarianceInverse)
+        .addAll("mMean", component.mMean)
         .add("mDim", component.mDim)
         .add("mWeight", component.mWeight)
         .add("mDeterminant", component.mDeterminant);
 }
 inline Members members(const ColorGMM& model) {
-    Members all = Members().add("mEpsilon", model.mEpsilon).add("dimension", model.dimension());
+    Members all = Members().add("mEpsilon", model.mEpsilon).add("dimension", static_cast<double>(model.dimension()));
     for (const auto& component : model.mMixtures)
         for (const std::string& member : members(*component))
             all.push_back(member);
@@ -126,24 +146,32 @@ inline Members members(const ColorGMM& model) {
 }
 inline Members members(const ColourHist2d& histogram) {
     struct Shown : ColourHist2d {
+        using ColourHist2d::operator=;
         static unsigned int planeBins(const ColourHist2d& shown) { return shown.*&Shown::mPlaneBins; }
     };
+    unsigned char bins[3];
+    histogram.getBins(&bins[0], &bins[1], &bins[2]);
     return Members()
-        .add("getBinsTotal", histogram.getBinsTotal())
+        .addAll("getBins", bins)
         .add("mPlaneBins", Shown::planeBins(histogram))
-        .add("data", histogram.data());
+        .addAll("data", histogram.data());
 }
 inline Members members(const Blobs& blobs) {
-    Members all = Members().add("dimension", blobs.dimension());
+    Members all = Members().add("dimension", static_cast<double>(blobs.dimension()));
     for (const Blobs::BlobInfo& blob : blobs.mBlobs)
-        all.add("mValues", blob.mValues[4])
-            .add("mMatrix1", blob.mMatrix1)
-            .add("mMatrix2", blob.mMatrix2)
-            .add("mVector", blob.mVector);
+        all.addAll("mValues", blob.mValues)
+            .add("mField1", blob.mField1)
+            .add("mField2", blob.mField2)
+            .addAll("mBlock", blob.mBlock)
+            .addAll("mMatrix1", blob.mMatrix1)
+            .addAll("mMatrix2", blob.mMatrix2)
+            .addAll("mVector", blob.mVector);
     return all;
 }
 inline Members members(const State& state) {
-    return Members().add("time stamp", state.getTimeStamp()).add("data", state);
+    tarvos::math::Vector data(static_cast<unsigned int>(state.stateDimension()));
+    state.getStateData(data);
+    return Members().add("time stamp", state.getTimeStamp()).addAll("data", data);
 }
 
 /// The first member of @p object that is not as expected; empty if there is none.

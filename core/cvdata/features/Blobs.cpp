@@ -1,4 +1,4 @@
-#include "core/cvdata/features/Blobs.h"
+#include <tarvos/core/cvdata/features/Blobs.h>
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "../../../math/SquareMatrix.h"
-#include "../../../math/Vector.h"
-#include "../VisualFeatures.h"
+#include <tarvos/core/cvdata/VisualFeatures.h>
+#include <tarvos/math/SquareMatrix.h>
+#include <tarvos/math/Vector.h>
 
 #include <array>
 #include <cstddef>

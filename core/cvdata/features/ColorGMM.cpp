@@ -1,7 +1,6 @@
-#include "core/cvdata/features/ColorGMM.h"
-
-#include "core/Contract.h"
-#include "core/Report.h"
+#include <tarvos/core/Contract.h>
+#include <tarvos/core/Report.h>
+#include <tarvos/core/cvdata/features/ColorGMM.h>
 
 #include <algorithm>
 #include <iostream>
@@ -14,8 +13,6 @@ namespace tarvos::core::cvdata {
 
 namespace {
 
-using Components = std::vector<boost::shared_ptr<GM>>;
-
 struct SkinComponent {
     float covariance[2][2];
     float mean[2];
@@ -27,16 +24,6 @@ constexpr SkinComponent SKIN_COMPONENTS[] = {
     {{{3.0789F, -0.2718F}, {-0.2718F, 91.2812F}}, {111.3253F, 114.8166F}, 0.5027F, 281.14F},
     {{{136.4821F, -1.7907F}, {-1.7907F, 2.2867F}}, {116.5767F, 111.7613F}, 0.4973F, 309.34F},
 };
-
-Components deepCopy(const Components& components) {
-    Components copies;
-    copies.reserve(components.size());
-    for (const auto& component : components) {
-        TARVOS_REQUIRE((component != NULL) && "ColorGMM: a slot of the mixture is empty.");
-        copies.emplace_back(new GM(*component));
-    }
-    return copies;
-}
 
 }  // namespace
 
@@ -63,8 +50,13 @@ ColorGMM::ColorGMM(size_t nMixtures, size_t dim)
         component.reset(new GM(static_cast<unsigned int>(dim)));
 }
 
-ColorGMM::ColorGMM(const ColorGMM& other)
-    : VisualFeatures(other.type()), mMixtures(deepCopy(other.mMixtures)), mEpsilon(other.mEpsilon) {}
+ColorGMM::ColorGMM(const ColorGMM& other) : VisualFeatures(other.type()), mEpsilon(other.mEpsilon) {
+    mMixtures.reserve(other.mMixtures.size());
+    for (const auto& component : other.mMixtures) {
+        TARVOS_REQUIRE((component != NULL) && "ColorGMM: a slot of the mixture is empty.");
+        mMixtures.emplace_back(new GM(*component));
+    }
+}
 
 ColorGMM::ColorGMM(ColorGMM&& other) noexcept = default;
 
@@ -77,7 +69,8 @@ std::size_t ColorGMM::dimension() const {
 ColorGMM& ColorGMM::operator=(const ColorGMM& other) {
     if (this == &other)
         return *this;
-    setComponents(deepCopy(other.mMixtures));
+    ColorGMM copy(other);
+    setComponents(std::move(copy.mMixtures));
     mEpsilon = other.mEpsilon;
     return *this;
 }

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "../../../math/SquareMatrix.h"
-#include "../../../math/Vector.h"
-#include "../VisualFeatures.h"
-
 #include <boost/shared_ptr.hpp>
+#include <tarvos/core/cvdata/VisualFeatures.h>
+#include <tarvos/math/SquareMatrix.h>
+#include <tarvos/math/Vector.h>
 
 #include <cstddef>
 #include <vector>
@@ -16,7 +15,7 @@ namespace tarvos::core::cvdata {
 class TARVOS_CORE_EXPORT GM {
 public:
     /// A component of dimension @p dim: mean, covariance and inverse zero, weight 1, determinant 0.
-    explicit GM(unsigned int dim);
+    GM(unsigned int dim);
     /// A copy of all fields.
     GM(const GM& other) = default;
     /// Copies all fields. When it throws, this component is unchanged.

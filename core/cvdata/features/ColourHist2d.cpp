@@ -1,12 +1,11 @@
-#include "core/cvdata/features/ColourHist2d.h"
-
-#include "core/Contract.h"
+#include <tarvos/core/Contract.h>
+#include <tarvos/core/cvdata/features/ColourHist2d.h>
 
 namespace tarvos::core::cvdata {
 
-ColourHist2d::ColourHist2d(unsigned char bins1, unsigned char bins2, unsigned char bins3)
+ColourHist2d::ColourHist2d(std::int64_t bins1, std::int64_t bins2, std::int64_t bins3)
     : VisualFeatures(REPR_COLOUR_HIST_2D) {
-    ColourHist2d::setBins(bins1, bins2, bins3);
+    ColourHist2d::setBins(binCount(bins1), binCount(bins2), binCount(bins3));
 }
 
 ColourHist2d::ColourHist2d(const ColourHist2d& other)
@@ -15,7 +14,7 @@ ColourHist2d::ColourHist2d(const ColourHist2d& other)
       mBins1(other.mBins1),
       mBins2(other.mBins2),
       mBins3(other.mBins3),
-      mPlaneBins(other.mPlaneBins) {}
+      mPlaneBins(std::uint32_t{mBins1} * mBins2) {}
 
 ColourHist2d::ColourHist2d(ColourHist2d&& other) noexcept = default;
 
@@ -54,6 +53,11 @@ void ColourHist2d::setBins(unsigned char bins1, unsigned char bins2, unsigned ch
     mBins2 = bins2;
     mBins3 = bins3;
     mPlaneBins = std::uint32_t{bins1} * bins2;
+}
+
+unsigned char ColourHist2d::binCount(std::int64_t bins) {
+    TARVOS_REQUIRE((bins >= 0 && bins <= 255) && "ColourHist2d: a channel has 0 to 255 bins.");
+    return static_cast<unsigned char>(bins);
 }
 
 void ColourHist2d::clear() {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "../../../math/Vector.h"
-#include "../VisualFeatures.h"
+#include <tarvos/core/cvdata/VisualFeatures.h>
+#include <tarvos/math/Vector.h>
 
 #include <cstdint>
 #include <memory>
@@ -21,8 +21,8 @@ namespace tarvos::core::cvdata {
 /// @ingroup features
 class TARVOS_CORE_EXPORT ColourHist2d : public VisualFeatures {
 public:
-    /// A zero histogram of @p bins1 x @p bins2 x @p bins3 entries.
-    ColourHist2d(unsigned char bins1, unsigned char bins2, unsigned char bins3);
+    /// A zero histogram of @p bins1 x @p bins2 x @p bins3 entries. Aborts when a number of bins is not in 0 to 255.
+    ColourHist2d(std::int64_t bins1, std::int64_t bins2, std::int64_t bins3);
     /// A deep copy; its mFlag is false.
     ColourHist2d(const ColourHist2d& other);
     /// Takes over the entries of @p other, and has its shape and mFlag; @p other then has no vector.
@@ -39,6 +39,12 @@ public:
     /// Changes the shape and sets every entry to zero; does nothing if that is the shape already. When it throws for
     /// lack of memory, the histogram is unchanged.
     virtual void setBins(unsigned char bins1, unsigned char bins2, unsigned char bins3);
+    /// The same for numbers of other types, as literals are. Aborts when a number of bins is not in 0 to 255.
+    template <typename Bins1, typename Bins2, typename Bins3>
+    void setBins(Bins1 bins1, Bins2 bins2, Bins3 bins3) {
+        setBins(binCount(static_cast<std::int64_t>(bins1)), binCount(static_cast<std::int64_t>(bins2)),
+                binCount(static_cast<std::int64_t>(bins3)));
+    }
     /// Sets every entry to zero.
     virtual void clear();
 
@@ -56,6 +62,9 @@ protected:
     unsigned char mBins2 = 0;                       ///< bins of channel 2
     unsigned char mBins3 = 0;                       ///< bins of channel 3
     std::uint32_t mPlaneBins = 0;                   ///< bins1 x bins2
+
+private:
+    static unsigned char binCount(std::int64_t bins);
 };
 
 }  // namespace tarvos::core::cvdata

@@ -1,6 +1,5 @@
-#include "core/cvdata/features/VisContourSamplePts.h"
-
-#include "core/Contract.h"
+#include <tarvos/core/Contract.h>
+#include <tarvos/core/cvdata/features/VisContourSamplePts.h>
 
 namespace tarvos::core::cvdata {
 

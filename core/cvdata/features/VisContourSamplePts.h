@@ -1,8 +1,8 @@
 #pragma once
 
-#include "../../../math/Vector2.h"
-#include "../../../math/Vector4.h"
-#include "../VisualFeatures.h"
+#include <tarvos/core/cvdata/VisualFeatures.h>
+#include <tarvos/math/Vector2.h>
+#include <tarvos/math/Vector4.h>
 
 #include <cstdint>
 #include <vector>

@@ -1,6 +1,5 @@
-#include "core/cvdata/pose/Pose.h"
-
-#include "core/Contract.h"
+#include <tarvos/core/Contract.h>
+#include <tarvos/core/cvdata/pose/Pose.h>
 
 namespace tarvos::core::cvdata {
 

@@ -1,11 +1,7 @@
 #pragma once
 
-#include "../../../math/Vector.h"
-#include "../../Export.h"
-
-namespace tarvos::core {
-class State;
-}
+#include <tarvos/core/Export.h>
+#include <tarvos/math/Vector.h>
 
 namespace tarvos::core::cvdata {
 
@@ -41,21 +37,37 @@ public:
     virtual void updateIncData() = 0;
     /// Makes this pose equal in value to @p pose, which has the same class: copies both vectors and flags. A pose
     /// with members of its own overrides this. Stops the process when the counts differ.
+    // Every class that derives from this one hides it by its implicit assignment, which is no cause for a warning.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Woverloaded-virtual"
     virtual Pose& operator=(const Pose& pose);
+#pragma GCC diagnostic pop
 
     /// Elements of the data.
-    int dimension() const { return mDimension; }
+    int dimension() const {
+        return mDimension;
+    }
     /// Elements of the incremental data: the degrees of freedom.
-    int dof() const { return mDof; }
+    int dof() const {
+        return mDof;
+    }
     /// 0 while the data is out of date.
-    int getUpdateFlag() const { return mUpdateFlag; }
+    int getUpdateFlag() const {
+        return mUpdateFlag;
+    }
     /// 0 while the incremental data is out of date.
-    int getUpdateIncFlag() const { return mUpdateIncFlag; }
+    int getUpdateIncFlag() const {
+        return mUpdateIncFlag;
+    }
 
     /// Copies the data, brought up to date, into @p vec. Stops the process unless it has dimension() elements.
     void getData(math::Vector& vec);
     /// Copies the incremental data, brought up to date, into @p vec. Stops the process unless it has dof() elements.
     void getIncData(math::Vector& vec);
+    /// The data, brought up to date. Valid until the pose is changed or destroyed.
+    const math::Vector& currentData();
+    /// The incremental data, brought up to date. Valid until the pose is changed or destroyed.
+    const math::Vector& currentIncData();
 
 protected:
     /// No elements yet: for a pose class whose constructor sets the members below. A class that points mData and
@@ -82,12 +94,6 @@ protected:
     math::Vector* mData = &mDataVector;        ///< the data; by default owned by the pose
     math::Vector* mIncData = &mIncDataVector;  ///< the incremental data; by default owned by the pose
     int mUpdateIncFlag = 1;                    ///< 0 while mIncData is out of date
-
-private:
-    friend class core::State;
-
-    const math::Vector& currentData();
-    const math::Vector& currentIncData();
 };
 
 }  // namespace tarvos::core::cvdata

@@ -1,4 +1,4 @@
-#include "core/cvdata/pose/VectorPose.h"
+#include <tarvos/core/cvdata/pose/VectorPose.h>
 
 namespace tarvos::core::cvdata {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Pose.h"
+#include <tarvos/core/cvdata/pose/Pose.h>
 
 namespace tarvos::core::cvdata {
 

@@ -1,11 +1,14 @@
-#include "core/cvdata/MatView.h"
 #include "support/Files.h"
 #include "support/Output.h"
 
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
+#include <tarvos/core/cvdata/MatView.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <chrono>
+#include <cstring>
 #include <dlfcn.h>
 #include <sys/stat.h>
 #include <thread>
@@ -112,6 +115,21 @@ struct ImageFileTest : testing::Test {
     ImageFileTest() { cv::imwrite("colour.png", pixels); }
 };
 
+TEST_F(ImageFileTest, AnExifOrientationIsIgnored) {
+    ASSERT_TRUE(image.save("plain.jpg"));
+    const std::string plain = contentOf("plain.jpg");
+    // After the start of the image, a segment that says that it is to be turned by 90 degrees.
+    const std::string turned(
+        "\xFF\xE1\0\x22"
+        "Exif\0\0"
+        "MM\0*\0\0\0\x08\0\1\1\x12\0\3\0\0\0\1\0\6\0\0\0\0\0\0",
+        36);
+    writeFile("turned.jpg", plain.substr(0, 2) + turned + plain.substr(2));
+    const Image loaded("turned.jpg");
+    EXPECT_EQ(loaded.width(), 37);
+    EXPECT_TRUE(isEqual(matView(loaded), readByOpencv("plain.jpg")));
+}
+
 TEST_F(ImageFileTest, WhatIsNoImageIsReportedInOneLineAndLeavesNoDescriptorOpen) {
     writeFile("text", "No image.");
     writeFile("dicom", std::string(128, '\0') + "DICM");
@@ -153,16 +171,46 @@ TEST_F(ImageFileTest, ASavedImageLoadsAgainUnderAnyName) {
     EXPECT_EQ(entriesOf("."), 3) << "a part is left";
 }
 
+TEST_F(ImageFileTest, SavingReplacesALinkToAFileAndNotItsTarget) {
+    const std::string target = contentOf("colour.png");
+    fs::create_symlink("colour.png", "link.bmp");
+    EXPECT_TRUE(image.save("link.bmp"));
+    EXPECT_FALSE(fs::is_symlink("link.bmp"));
+    EXPECT_EQ(contentOf("colour.png").size(), target.size());
+    const Image loaded("link.bmp");
+    EXPECT_TRUE(isEqual(matView(loaded), pixels));
+}
+
+TEST_F(ImageFileTest, SavesRowsThatAreNotAlignedToTheirValues) {
+    const cv::Mat deep = noise(3, 4, CV_16UC1);
+    Image unaligned(3, 4, Image::CHANNELS_GRAY, Image::BITS_16U);
+    for (int y = 0; y < 4; ++y)
+        std::memcpy(unaligned.row(y), deep.ptr(y), 6);
+    ASSERT_TRUE(unaligned.save("deep.png"));
+    EXPECT_TRUE(isEqual(cv::imread("deep.png", cv::IMREAD_UNCHANGED), deep));
+}
+
+TEST_F(ImageFileTest, SavingWorksInADirectoryOfTheLongestName) {
+    std::string folder = directory.path();
+    while (folder.size() < 4085) {
+        folder += "/" + std::string(std::min<std::size_t>(4085 - folder.size(), 250), 'd');
+        fs::create_directory(folder);
+    }
+    EXPECT_TRUE(image.save(folder + "/a.bmp"));
+}
+
 TEST_F(ImageFileTest, SavingKeepsThePermissionsOfTheFileThatItReplaces) {
     for (const mode_t mode : {0640U, 0751U}) {
         chmod("colour.png", mode);
         EXPECT_TRUE(image.save("colour.png"));
-        EXPECT_EQ(fs::status("colour.png").permissions(), fs::perms(mode));
+        std::ostringstream expected;
+        expected << std::oct << mode;
+        EXPECT_EQ(modeOf("colour.png"), expected.str());
     }
     const mode_t mask = umask(027);
     EXPECT_TRUE(image.save("new.png"));
     umask(mask);
-    EXPECT_EQ(fs::status("new.png").permissions(), fs::perms(0640)) << "as any new file";
+    EXPECT_EQ(modeOf("new.png"), "640") << "as any new file";
 }
 
 TEST_F(ImageFileTest, WhatCannotBeSavedIsReportedInOneLineAndChangesNothing) {
@@ -170,15 +218,22 @@ TEST_F(ImageFileTest, WhatCannotBeSavedIsReportedInOneLineAndChangesNothing) {
     fs::create_symlink("/dev/zero", "device.png");
     const std::string kept = contentOf("colour.png");
     const std::ptrdiff_t entries = entriesOf(".");
-    const auto expectRefused = [](const Image& refused, const std::string& path) {
+    const auto expectRefused = [](const Image& refused, const std::string& path, const std::string& reason) {
         EXPECT_EQ(captureStderr([&] { EXPECT_FALSE(refused.save(path)); }),
-                  "ERROR: Could not save image: " + path + "\n");
+                  "ERROR: Could not save image: " + path + ": " + reason + "\n");
     };
-    for (const std::string path :
-         {"", "no_ending", "a.unknown", "a.hdr", "no/where.png", "directory.png", "device.png", ".png/a"})
-        expectRefused(image, path);
-    expectRefused(Image(), "colour.png");
-    expectRefused(image, std::string("colour.png\0.png", 15));
+    for (const std::string path : {"", "no_ending", ".png/a"})
+        expectRefused(image, path, "the name has no ending");
+    for (const std::string ending : {".unknown", ".hdr"})
+        expectRefused(image, "a" + ending, ending + " is not the ending of a format that can be written");
+    for (const std::string path : {"directory.png", "device.png"})
+        expectRefused(image, path, "there is something else than a regular file");
+    expectRefused(image, "no/where.png", std::strerror(ENOENT));
+    expectRefused(image, "colour.png/a.png", std::strerror(ENOTDIR));
+    expectRefused(image, std::string(256, 'n') + ".png", std::strerror(ENAMETOOLONG));
+    expectRefused(imageOf(noise(3, 3, CV_8UC1)), "grey.ppm", "OpenCV does not write such pixels as .ppm");
+    expectRefused(Image(), "colour.png", "the image is empty");
+    expectRefused(image, std::string("colour.png\0.png", 15), "the name contains a NUL byte");
     expectFailureOnAFullDisk("save", [&] { return image.save("colour.png"); });
     EXPECT_EQ(contentOf("colour.png"), kept);
     EXPECT_EQ(entriesOf("."), entries);

@@ -1,7 +1,7 @@
 // A plugin whose static object loads an image while the loader runs the plugin's constructors, after a pause in which
 // another thread begins its first load.
 
-#include "core/cvdata/Image.h"
+#include <tarvos/core/cvdata/Image.h>
 
 #include <chrono>
 #include <thread>

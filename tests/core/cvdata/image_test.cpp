@@ -1,10 +1,11 @@
-#include "core/cvdata/Image.h"
-
-#include "core/cvdata/MatView.h"
 #include "support/Output.h"
+
+#include <tarvos/core/cvdata/Image.h>
+#include <tarvos/core/cvdata/MatView.h>
 
 #include <climits>
 #include <cstring>
+#include <memory>
 #include <new>
 #include <tuple>
 
@@ -40,6 +41,35 @@ TEST_F(ImageOfHeaderTest, AnUnknownChannelSequenceLeavesTheLayout) {
     EXPECT_EQ(rgb.channels(), Image::CHANNELS_RGB);
 }
 
+TEST_F(ImageOfHeaderTest, ThePaddingOfAPartsLastRowIsItsParents) {
+    const cv::Mat grey(10, 101, CV_8UC1, cv::Scalar::all(7)), colour(4, 6, CV_8UC3, cv::Scalar::all(7));
+    for (const cv::Mat& part : {grey.colRange(0, 100), grey.colRange(1, 101), colour(cv::Rect(2, 1, 4, 3))}) {
+        header = cvIplImage(part);
+        const Image copy(&header);
+        const unsigned char* end = copy.row(part.rows - 1) + part.cols * part.channels();
+        EXPECT_EQ(end[-1], 7);
+        EXPECT_EQ(*end, 0) << part.cols << " columns";
+    }
+}
+
+TEST_F(ImageOfHeaderTest, ThePaddingOfAnImagesOwnLastRowIsCopied) {
+    header.width = 2;
+    header.height = 2;
+    header.widthStep = 8;
+    image.updateFromOpencvHeader(&header);
+    image.updateOpencvHeader();
+    std::memset(image.imageBuffer(), 7, 16);
+    EXPECT_EQ(Image(image).row(1)[7], 7);
+    EXPECT_EQ(std::unique_ptr<Image>(image.clone())->row(1)[7], 7);
+}
+
+TEST(ImageTest, AnEmptyImageWithAHeaderIsCopied) {
+    Image empty;
+    empty.updateOpencvHeader();
+    EXPECT_TRUE(std::unique_ptr<Image>(empty.clone())->empty());
+    EXPECT_TRUE(Image(empty.iplImage()).empty());
+}
+
 TEST(ImageTest, AssignmentKeepsTheHeaderAndWhereItFitsTheBuffer) {
     Image target(6, 5, Image::CHANNELS_BGR, Image::BITS_8U);
     const unsigned char* buffer = target.imageBuffer();
@@ -56,7 +86,7 @@ TEST(ImageTest, AssignmentKeepsTheHeaderAndWhereItFitsTheBuffer) {
 }
 
 TEST(ImageTest, ImpossibleSizesAreAnAllocationFailureAndChangeNothing) {
-    Image image(5, 4, Image::CHANNELS_BGR, Image::BITS_16U);
+    Image image(4, 4, Image::CHANNELS_BGR, Image::BITS_16U);
     matView(image).setTo(cv::Scalar::all(7));
     const std::pair<int, int> sizes[] = {{-1, 5},        {5, -1},      {0, -1},     {-2, -3},
                                          {65536, 65536}, {INT_MAX, 1}, {1, INT_MAX}};
@@ -82,13 +112,23 @@ TEST_F(ImageContractTest, StopsOnAnInvalidLayoutOrDepth) {
 TEST_F(ImageContractTest, StopsOnWhatCannotBeCopied) {
     EXPECT_DEATH(Image(static_cast<const IplImage*>(nullptr)), "there is no header to copy");
     EXPECT_DEATH(image.updateFromOpencvHeader(nullptr), "there is no header to read");
-    EXPECT_DEATH(empty.clone(), "an empty image cannot be cloned");
+    EXPECT_DEATH(empty.clone(), "there is no header to copy");
     EXPECT_DEATH(Image copy(empty), "Source image doesn't exist");
     header.imageData = nullptr;
     EXPECT_DEATH(Image copy(&header), "the header has no pixels");
     header.nChannels = image.iplImage()->nChannels = 2;
     EXPECT_DEATH(Image copy(&header), "image->nChannels == 1");
     EXPECT_DEATH(Image copy(image), "image.iplImage\\(\\)->nChannels == 1");
+    EXPECT_DEATH(image.clone(), "Image::Image\\(const IplImage\\*\\): Assertion `\\(image->nChannels == 1\\)");
+}
+
+TEST_F(ImageContractTest, StopsOnASourceThatExceedsItsBuffer) {
+    image.iplImage()->height = 5;
+    EXPECT_DEATH(Image copy(image), "description and its pixels are out of step");
+    EXPECT_DEATH(image.clone(), "description and its pixels are out of step");
+    header.height = 5;
+    image.updateFromOpencvHeader(&header);
+    EXPECT_DEATH(Image() = image, "description and its pixels are out of step");
 }
 
 TEST_F(ImageContractTest, StopsOnADescriptionThatExceedsTheBuffer) {

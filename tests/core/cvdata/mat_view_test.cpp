@@ -1,6 +1,8 @@
-#include "core/cvdata/MatView.h"
 #include "support/Output.h"
 
+#include <tarvos/core/cvdata/MatView.h>
+
+#include <algorithm>
 #include <type_traits>
 #include <utility>
 
@@ -20,6 +22,23 @@ TEST(MatViewTest, SharesThePixelsWhateverTheRegionOfInterest) {
     EXPECT_TRUE(matView(described).empty()) << "without a buffer";
 }
 
+TEST(MatViewTest, StopsOnRowsThatAreNotAlignedToTheirValues) {
+    for (const auto bits : {Image::BITS_16U, Image::BITS_32S, Image::BITS_32F, Image::BITS_64F}) {
+        Image image(3, 4, Image::CHANNELS_GRAY, bits);
+        std::fill_n(image.imageBuffer(), image.widthStep() * 4, static_cast<unsigned char>(0));
+        image.row(3)[0] = 1;
+        EXPECT_DEATH(matView(image), "cannot compute on this stride; use matCopy") << bits;
+        const cv::Mat copy = matCopy(image);
+        EXPECT_EQ(*copy.ptr(3), 1) << bits;
+        EXPECT_EQ(copy.total(), 12U);
+        const Image packed = imageOf(copy);
+        EXPECT_EQ(matView(packed).rows, 4) << bits;
+        const Image row(3, 1, Image::CHANNELS_GRAY, bits);
+        EXPECT_EQ(matView(row).cols, 3) << bits;
+    }
+    EXPECT_TRUE(matCopy(Image()).empty());
+}
+
 /// A temporary has no view.
 constexpr auto VIEW = [](auto&& image) -> decltype(matView(std::forward<decltype(image)>(image))) { return {}; };
 static_assert(std::is_invocable_v<decltype(VIEW), Image&> && std::is_invocable_v<decltype(VIEW), const Image&>);
@@ -34,8 +53,11 @@ TEST(ImageOfTest, CopiesAPartOfAMat) {
     EXPECT_TRUE(imageOf(cv::Mat()).empty());
 }
 
-TEST(ImageOfTest, StopsOnHalfFloats) {
+TEST(ImageOfTest, StopsOnWhatNoImageHolds) {
     EXPECT_DEATH(imageOf(cv::Mat(2, 2, CV_16F)), "This depth is not implemented!");
+    EXPECT_DEATH(imageOf(cv::Mat(2, 2, CV_8UC2)), "does not have 1, 3 or 4 channels");
+    const int sizes[] = {2, 2, 2};
+    EXPECT_DEATH(imageOf(cv::Mat(3, sizes, CV_8U)), "more than 2 dimensions");
 }
 
 }  // namespace

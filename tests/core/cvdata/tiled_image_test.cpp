@@ -1,8 +1,10 @@
-#include "core/cvdata/MatView.h"
-#include "core/cvdata/TiledImage.h"
 #include "support/Output.h"
 
+#include <tarvos/core/cvdata/MatView.h>
+#include <tarvos/core/cvdata/TiledImage.h>
+
 #include <csignal>
+#include <cstring>
 #include <utility>
 
 using namespace tarvos::core::cvdata;
@@ -23,6 +25,26 @@ TEST_F(TiledImageTest, ACellTakesAnImageAndTheOthersStay) {
     cv::Mat expected = cv::Mat::zeros(240, 483, CV_8UC3);
     expected(cv::Rect(322, 120, 161, 120)).setTo(cv::Scalar::all(9));
     EXPECT_EQ(cv::norm(matView(mosaic), expected, cv::NORM_INF), 0.0);
+}
+
+TEST_F(TiledImageTest, ARegionOfInterestOfTheCellIsIgnoredAndAnotherKindOfPixelsRejected) {
+    matView(mosaic).setTo(cv::Scalar::all(0));
+    matView(cell).setTo(cv::Scalar::all(9));
+    cvSetImageROI(cell.iplImage(), cvRect(1, 1, 2, 2));
+    mosaic.setCellImage(0, 0, &cell);
+    Image grey(161, 120, Image::CHANNELS_GRAY, Image::BITS_8U);
+    EXPECT_THROW(mosaic.setCellImage(0, 1, &grey), cv::Exception);
+    EXPECT_EQ(cv::sum(matView(mosaic))[0], 9.0 * 161 * 120);
+}
+
+TEST_F(TiledImageTest, AssignmentKeepsTheLayoutForAnUnknownChannelSequence) {
+    TiledImage target(1, 1, 5, 5, Image::CHANNELS_RGB, Image::BITS_8U);
+    std::memcpy(mosaic.iplImage()->channelSeq, "YUV", 4);
+    target = mosaic;
+    EXPECT_EQ(target.channels(), Image::CHANNELS_RGB);
+    EXPECT_EQ(target.width(), 483);
+    target = TiledImage(1, 1, 5, 5, Image::CHANNELS_RGB, Image::BITS_8U);
+    EXPECT_EQ(target.channels(), Image::CHANNELS_BGR) << "what OpenCV's header says";
 }
 
 TEST_F(TiledImageTest, StopsOnAWrongCell) {

@@ -1,5 +1,6 @@
-#include "core/parser/CmdLineParser.h"
 #include "support/Output.h"
+
+#include <tarvos/core/parser/CmdLineParser.h>
 
 #include <locale>
 
@@ -26,7 +27,9 @@ TEST(CmdLineParserTest, ServesEveryRecordOfAName) {
     for (const char* option : {"both", "twice", "twice", ""})
         parser.addOption(option, "", "", false);
     parser.parse();
-    EXPECT_EQ(parser.getValue("both") + parser.getValue("twice") + parser.getValue(""), "1onedash") << "flags first";
+    EXPECT_EQ(parser.getValue("both"), "1") << "the flag comes first";
+    EXPECT_EQ(parser.getValue("twice"), "one");
+    EXPECT_EQ(parser.getValue(""), "dash");
     EXPECT_THAT(captureStderr([&] { parser.printUsage(""); }),
                 testing::HasSubstr("-twice           (*)                    two "));
 }
@@ -36,15 +39,22 @@ TEST(CmdLineParserTest, ConvertsWhateverTheGlobalLocale) {
         char do_decimal_point() const override { return ','; }
     };
     CmdLineParser parser = parserOf({});
-    for (const char* text : {"12", "-3", "12abc", " \t3.7", "99999999999", "3.5", ""})
+    for (const char* text :
+         {"12", "-3", "12abc", " 12", " \t3.7", "99999999999", "3.5", "", "-", "1", "0", "two words"})
         parser.addOption(text, "", text, false);
     const std::locale previous = std::locale::global(std::locale(std::locale::classic(), new Comma));
     EXPECT_EQ(parser.getValueDouble(" \t3.7"), 3.7) << "the beginning of the text";
     EXPECT_EQ(parser.value<double>("3.5"), 3.5) << "the whole text";
     EXPECT_EQ(parser.value<int>("-3"), -3);
-    for (const char* text : {"12abc", " \t3.7", "99999999999", "3.5", ""})
+    for (const char* text : {"12abc", " 12", " \t3.7", "99999999999", "3.5", ""})
         EXPECT_FALSE(parser.value<int>(text)) << text;
     EXPECT_FALSE(parser.value<unsigned int>("-3"));
+    EXPECT_EQ(parser.value<unsigned char>("-"), '-') << "a character, as char is on some processors";
+    EXPECT_EQ(parser.value<std::string>("two words"), "two words");
+    EXPECT_EQ(parser.value<bool>("1"), true);
+    EXPECT_EQ(parser.value<bool>("0"), false);
+    for (const char* text : {"12", "", " 12"})
+        EXPECT_FALSE(parser.value<bool>(text)) << text;
     std::locale::global(previous);
 }
 

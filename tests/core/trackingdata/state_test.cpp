@@ -1,8 +1,8 @@
-#include "core/trackingdata/State.h"
-
-#include "core/cvdata/pose/VectorPose.h"
 #include "support/Output.h"
 #include "support/Poses.h"
+
+#include <tarvos/core/cvdata/pose/VectorPose.h>
+#include <tarvos/core/trackingdata/State.h>
 
 #include <climits>
 #include <memory>
@@ -32,6 +32,32 @@ TEST_F(PoseTest, ReadingUpdatesWhatIsOutOfDate) {
     for (int i = 0; i < 2; ++i)
         copy.getIncData(two);
     EXPECT_EQ(copy.incUpdates, 2) << "its update leaves the flag at 0";
+}
+
+TEST_F(PoseTest, CopiesAndAssignmentsKeepBothFlags) {
+    TestPose assigned(3, 2);
+    for (const int flag : {0, 1}) {
+        flag == 0 ? pose.outdate() : pose.setCurrent();
+        const std::unique_ptr<TestPose> copy(pose.clone());
+        static_cast<Pose&>(assigned) = pose;
+        for (const TestPose* other : {copy.get(), &assigned}) {
+            EXPECT_EQ(other->getUpdateFlag(), flag);
+            EXPECT_EQ(other->getUpdateIncFlag(), flag);
+        }
+    }
+}
+
+TEST(VectorPoseTest, DataAndIncrementalDataStayOneVectorInACopy) {
+    VectorPose pose(2);
+    const std::unique_ptr<VectorPose> copy(pose.clone());
+    Vector read(2);
+    for (VectorPose* each : {&pose, copy.get()}) {
+        each->setIncData(Vector::of(3, 4));
+        each->getData(read);
+        EXPECT_THAT(elementsOf(read), ElementsAre(3, 4));
+        each->resetIncData();
+        EXPECT_THAT(elementsOf(each->currentData()), ElementsAre(0, 0));
+    }
 }
 
 TEST_F(PoseTest, StopsOnWrongSizes) {
@@ -72,6 +98,26 @@ TEST_F(StateTest, ReadersBringThePoseUpToDate) {
     state.getStateIncData(incremental, -1);
     EXPECT_EQ(own.incUpdates, 1);
     EXPECT_THAT(elementsOf(state.derivative(2)), ElementsAre(5, 6));
+}
+
+/// A pose that finds out at an update how many elements it has.
+struct GrowingPose : TestPose {
+    using TestPose::TestPose;
+    GrowingPose* clone() const override { return new GrowingPose(*this); }
+    void updateData() override { *mData = Vector(static_cast<unsigned int>(mDimension += 9)); }
+    void updateIncData() override { *mIncData = Vector(static_cast<unsigned int>(mDof += 9)); }
+};
+
+TEST_F(StateTest, StopsWhenThePoseChangesItsSizeWhileItIsRead) {
+    State growing(GrowingPose(3, 2), 3);
+    dynamic_cast<TestPose&>(*growing.pose()).outdate();
+    Vector whole(7), incremental(6);
+    const char* const message = "the pose has changed its size while it was read";
+    EXPECT_DEATH(growing.getPoseData(three), message);
+    EXPECT_DEATH(growing.getStateData(whole), message);
+    EXPECT_DEATH(growing.getStateIncData(incremental, -1), message);
+    EXPECT_DEATH(growing.getStateIncData(two, 0), message);
+    EXPECT_EQ(growing.getPoseData().dimension(), 12U) << "what it has now";
 }
 
 /// A pose that takes the value of any other, whatever the counts; without degrees of freedom it has no clone.

@@ -1,8 +1,8 @@
-#include "core/util/Filesystem.h"
-
-#include "core/Exception.h"
 #include "support/Files.h"
 #include "support/Output.h"
+
+#include <tarvos/core/Exception.h>
+#include <tarvos/core/util/Filesystem.h>
 
 #include <sys/stat.h>
 
@@ -50,8 +50,34 @@ TEST_F(FilesystemTest, MakesAndRemoves) {
         EXPECT_FALSE(Filesystem::exists(path));
     }
     EXPECT_FALSE(Filesystem::exists(""));
-    fs::create_symlink("loop", "loop");
-    EXPECT_THAT(messageOf([] { Filesystem::rm("loop"); }), StartsWith("Filesystem exception: rm(loop) failed with "));
+    fs::create_symlink("nowhere", "dangling");
+    EXPECT_FALSE(Filesystem::exists("dangling"));
+    writeFile("file");
+    EXPECT_THAT(messageOf([] { Filesystem::rm("tree" + std::string(300, 'x')); }),
+                StartsWith("Filesystem exception: rm(treexxx"));
+}
+
+TEST_F(FilesystemTest, RemovesALinkWhateverItPointsTo) {
+    for (const std::string& target : {std::string("nowhere"), std::string("link"), std::string(300, 'x')}) {
+        fs::create_symlink(target, "link");
+        EXPECT_TRUE(Filesystem::rm("link"));
+        EXPECT_EQ(entriesOf("."), 0) << "to " << target;
+    }
+}
+
+TEST_F(FilesystemTest, WorksWhereTheCurrentDirectoryHasNoPath) {
+    for (int depth = 0; depth < 20; ++depth) {  // deeper than a path can be long
+        Filesystem::mkdir(std::string(250, 'd'));
+        ASSERT_EQ(chdir(std::string(250, 'd').c_str()), 0);
+    }
+    writeFile("a");
+    EXPECT_TRUE(Filesystem::mv("a", "b"));
+    EXPECT_THAT(Filesystem::ls(".", ""), UnorderedElementsAre("b"));
+    Filesystem::mkdir("gone");
+    ASSERT_EQ(chdir("gone"), 0);
+    Filesystem::rm("../gone");
+    EXPECT_FALSE(Filesystem::exists("x"));
+    EXPECT_EQ(messageOf([] { Filesystem::ls("x", ""); }), "\nNot found: x");
 }
 
 TEST_F(FilesystemTest, RemovingIsNotLedOutOfTheTree) {
@@ -86,9 +112,13 @@ TEST_F(FilesystemTest, MovesAndCopies) {
     chmod("a", 04751);
     EXPECT_TRUE(Filesystem::cp("a", "b"));
     EXPECT_EQ(contentOf("b"), "text");
-    EXPECT_EQ(fs::status("b").permissions(), fs::perms(0751)) << "the permissions, but no set-user-id";
-    EXPECT_TRUE(Filesystem::cp("/proc/cpuinfo", "cpuinfo"));
-    EXPECT_THAT(contentOf("cpuinfo"), testing::HasSubstr("processor"));
+    EXPECT_EQ(modeOf("b"), "751") << "the permissions, but no set-user-id";
+    for (const std::string stated :
+         {"/proc/version", "/sys/devices/system/cpu/online"}) {  // whose sizes are not theirs
+        EXPECT_TRUE(Filesystem::cp(stated, "copy"));
+        EXPECT_EQ(contentOf("copy"), contentOf(stated)) << stated;
+        Filesystem::rm("copy");
+    }
     EXPECT_TRUE(Filesystem::mv("a", "c"));
     EXPECT_FALSE(Filesystem::exists("a"));
     EXPECT_THAT(messageOf([] { Filesystem::mv("missing", "d"); }),
@@ -106,7 +136,9 @@ TEST_F(FilesystemTest, CopiesRegularFilesOnlyNeverOverwritesAndLeavesNoPart) {
     for (const std::string from : {"missing", "pipe", "dir", "/dev/null"})
         expectRefused(from, "new");
     EXPECT_EQ(contentOf("old"), "text");
-    for (const std::string from : {"large", "/proc/cpuinfo"})
+    writeFile("huge");
+    fs::resize_file("huge", std::uintmax_t{5} << 30);
+    for (const std::string from : {"large", "huge", "/proc/cpuinfo"})
         expectFailureOnAFullDisk("cp of " + from, [=] { return Filesystem::cp(from, "new"); });
     EXPECT_FALSE(Filesystem::exists("new"));
 }

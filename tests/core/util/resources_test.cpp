@@ -1,7 +1,7 @@
-#include "core/util/Resources.h"
-
 #include "support/Files.h"
 #include "support/Output.h"
+
+#include <tarvos/core/util/Resources.h>
 
 #include <cstdlib>
 
@@ -57,6 +57,8 @@ TEST_F(ResourcesTest, PrefersTheApplicationsOwnDirectoryAndFindsFilesThere) {
     }
     for (const char* name : {"here.png", "data/tutorials/app/there.png", "data/tutorials/app/here.png"})
         writeFile(name);
+    EXPECT_EQ(captureStderr([] { EXPECT_EQ(Resources("", "").getDataDirPath(), "./data/tutorials/"); }),
+              "Searching for data dir...\n" + found + "\nFound  specific data directory at : ./data/tutorials/\n");
     const Resources resources("", "app");
     EXPECT_EQ(resources.findFile("here.png"), "here.png");
     EXPECT_EQ(resources.findFile("there.png"), "./data/tutorials/app/there.png");

@@ -1,10 +1,11 @@
-#include "core/cvdata/Image.h"
-#include "core/cvdata/features/Blobs.h"
-#include "core/cvdata/features/ColorGMM.h"
-#include "core/cvdata/features/ColourHist2d.h"
-#include "core/cvdata/features/VisContourSamplePts.h"
 #include "support/Output.h"
 #include "support/Poses.h"
+
+#include <tarvos/core/cvdata/Image.h>
+#include <tarvos/core/cvdata/features/Blobs.h>
+#include <tarvos/core/cvdata/features/ColorGMM.h>
+#include <tarvos/core/cvdata/features/ColourHist2d.h>
+#include <tarvos/core/cvdata/features/VisContourSamplePts.h>
 
 #include <algorithm>
 #include <iostream>
@@ -16,14 +17,6 @@ using tarvos::math::Vector;
 using testing::Each;
 
 namespace {
-
-TEST(CvDataTest, TagsTellTheKind) {
-    EXPECT_EQ(ColourHist2d(1, 1, 1).type(), 0x40000016);
-    EXPECT_EQ(Image().type(), 0x40000017);
-    EXPECT_EQ(VisContourSamplePts().type(), 0x4000001C);
-    EXPECT_EQ(Blobs().type(), 0x4000001D);
-    EXPECT_EQ(ColorGMM(1, 1).type(), 0x4000001F);
-}
 
 TEST(CvDataTest, AssignmentThroughABaseMovesNoData) {
     Blobs target;
@@ -65,12 +58,24 @@ TEST(FeaturesTest, RecordsAndSlotsStayWhereTheyAreUnlessThereAreMore) {
     }
 }
 
+TEST(ColorGmmTest, AComponentThatAUserKeepsIsNeverOverwritten) {
+    ColorGMM model(1, 2);
+    EXPECT_EQ(model.mEpsilon, static_cast<double>(5e-7F));
+    const auto kept = model.mMixtures[0];
+    kept->mWeight = 7.0F;
+    model = ColorGMM(2, 2);
+    EXPECT_EQ(kept->mWeight, 7.0F) << "after an assignment";
+    const auto next = model.mMixtures[0];
+    captureStdout([&] { model.initSkinDistribution(); });
+    EXPECT_EQ(next->mWeight, 1.0F) << "after initSkinDistribution";
+}
+
 TEST(ColorGmmTest, StopsAboveFourDimensionsAndOnANullSlot) {
     EXPECT_DEATH(ColorGMM(2, 5), "dim <= 4");
     EXPECT_THROW(ColorGMM(static_cast<std::size_t>(-1), 4), std::length_error);
     ColorGMM source(2, 2);
     source.mMixtures[0].reset();
-    EXPECT_DEATH(ColorGMM(2, 2) = source, "a slot of the mixture is empty");
+    EXPECT_DEATH(ColorGMM(2, 2) = source, "ColorGMM::ColorGMM[^\n]*a slot of the mixture is empty");
 }
 
 TEST(SkinModelTest, HasTheFittedConstantsAndIsPrintedInTheStreamsPrecision) {
@@ -109,6 +114,34 @@ Determinant:
 ***********************************
 )");
     EXPECT_EQ(model.mMixtures.data(), slots);
+}
+
+TEST(ColourHist2dTest, SetBinsOfTheSameShapeKeepsTheEntriesAndAnotherClearsThem) {
+    ColourHist2d histogram(8, 8, 4);
+    histogram.data().fill(1.0);
+    histogram.setBins(8, 8, 4);
+    EXPECT_EQ(histogram.data()[255], 1.0);
+    histogram.setBins(std::uint8_t{8}, 8U, 5L);
+    EXPECT_THAT(elementsOf(histogram.data()), testing::AllOf(testing::SizeIs(320), Each(0.0)));
+}
+
+TEST(ColourHist2dTest, GetBinsSkipsNullPointers) {
+    const ColourHist2d histogram(8, 7, 4);
+    unsigned char bins = 0;
+    histogram.getBins(nullptr, &bins, nullptr);
+    EXPECT_EQ(bins, 7);
+    histogram.getBins(&bins, nullptr, nullptr);
+    EXPECT_EQ(bins, 8);
+    histogram.getBins(nullptr, nullptr, &bins);
+    EXPECT_EQ(bins, 4);
+}
+
+TEST(ColourHist2dTest, StopsOnANumberOfBinsThatDoesNotFit) {
+    const char* const message = "a channel has 0 to 255 bins";
+    EXPECT_DEATH(ColourHist2d(256, 4, 4), message);
+    EXPECT_DEATH(ColourHist2d(4, -1, 4), message);
+    ColourHist2d histogram(255, 0, 1);
+    EXPECT_DEATH(histogram.setBins(4, 4, std::size_t{1} << 31), message);
 }
 
 TEST(ColourHist2dTest, StopsOnDataOfAnotherLengthAndHasNoneOnceMovedFrom) {
