@@ -3,12 +3,12 @@
 /// the tracked box overlaps the box of the visible skin, and how often the tracked centre leaves it. Fails below the
 /// goal: an intersection over union of 0.7 in 90 % of the frames, and no centre outside.
 
-#include "FrameSource.h"
-#include "tracking/Regions.h"
 #include "tracking/Tracker.h"
 
 #include <opencv2/imgproc.hpp>
 #include <tarvos/core/cvdata/MatView.h>
+#include <tarvos/video/FrameSource.h>
+#include <tarvos/vision/Regions.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -29,12 +29,12 @@ cv::Rect visibleSkin(const Image& frame) {
     cv::cvtColor(matView(frame), chrominance, cv::COLOR_BGR2YCrCb);
     cv::inRange(chrominance, cv::Scalar(0, 135, 85), cv::Scalar(255, 180, 135), mask);
     cv::morphologyEx(mask, mask, cv::MORPH_OPEN, cv::getStructuringElement(cv::MORPH_ELLIPSE, cv::Size(5, 5)));
-    const skin_tracker::Regions regions(mask, 0.0);
-    return regions.largest() != nullptr ? skin_tracker::boxOf(*regions.largest()) : cv::Rect();
+    const tarvos::vision::Regions regions(mask, 0.0);
+    return regions.largest() != nullptr ? tarvos::vision::boxOf(*regions.largest()) : cv::Rect();
 }
 
 int compare(const std::string& video) {
-    const auto source = skin_tracker::FrameSource::open(video);
+    const auto source = tarvos::video::FrameSource::open(video);
     skin_tracker::Tracker tracker(2);
     int frames = 0, good = 0, outside = 0;
     double worst = 1.0, sum = 0.0;

@@ -3,12 +3,12 @@
 /// with the conversion and the back-projection that it needs.
 
 #include "Compare.h"
-#include "FrameSource.h"
 #include "tracking/Tracker.h"
 
 #include <opencv2/imgproc.hpp>
 #include <opencv2/video/tracking.hpp>
 #include <tarvos/core/cvdata/MatView.h>
+#include <tarvos/video/FrameSource.h>
 
 #include <memory>
 #include <stdexcept>
@@ -24,7 +24,7 @@ constexpr int FRAMES = 60;
 class Frames {
 public:
     explicit Frames(cv::Size size) {
-        const auto source = skin_tracker::FrameSource::open(HAND_VIDEO);
+        const auto source = tarvos::video::FrameSource::open(HAND_VIDEO);
         Image frame;
         while (mFrames.size() < FRAMES && source->read(frame)) {
             mFrames.emplace_back(size.width, size.height, Image::CHANNELS_BGR, Image::BITS_8U);

@@ -18,7 +18,7 @@ endif()
 file(RELATIVE_PATH TARVOS_PREFIX_FROM_PC
   ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 
-set(TARVOS_Math_FILE_SETS FILE_SET eigen DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Development)
+set(TARVOS_Math_FILE_SETS FILE_SET views DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Development)
 foreach(name Math Core)
   string(TOLOWER ${name} folder)
   install(TARGETS tarvos${name}S EXPORT Tarvos${name}Targets

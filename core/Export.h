@@ -5,7 +5,7 @@
 #endif
 
 /// @file
-/// Symbol visibility of the core library.
+/// Symbol visibility of the core library and of those above it.
 
-/// Exports a class or function of the core library; all other symbols are hidden.
+/// Exports a class or function; all other symbols are hidden.
 #define TARVOS_CORE_EXPORT __attribute__((visibility("default")))

@@ -41,14 +41,11 @@ void CmdLineParser::addFlag(std::string name, std::string description) {
 }
 
 void CmdLineParser::parse() {
-    mUnknownWords.clear();
     for (int i = 0; i < mArgc; ++i) {
         const std::string word = mArgv[i];
         if (word.empty() || word.front() != '-')
             continue;
         const std::string name = word.substr(1);
-        if (find(name) == nullptr)
-            mUnknownWords.push_back(word);
         for (t_arg& flag : mFlags) {
             if (flag.name == name) {
                 flag.value = "1";
@@ -78,6 +75,21 @@ void CmdLineParser::parse() {
         printUsage("");
         std::exit(EXIT_STATUS);
     }
+}
+
+std::vector<std::string> CmdLineParser::unknownWords() const {
+    std::vector<std::string> words;
+    for (int i = 0; i < mArgc; ++i) {
+        const std::string word = mArgv[i];
+        if (word.empty() || word.front() != '-')
+            continue;
+        if (find(word.substr(1)) == nullptr)
+            words.push_back(word);
+        i += static_cast<int>(std::count_if(mOptions.begin(), mOptions.end(), [&](const t_arg& option) {
+            return option.name == word.substr(1);
+        }));  // each takes a word
+    }
+    return words;
 }
 
 std::string CmdLineParser::getValue(std::string name) const {

@@ -32,7 +32,7 @@ public:
         bool mandatory;            ///< options only
     };
 
-    /// Takes main's argc and argv. The arguments are not copied: keep them until parse() has run.
+    /// Takes main's argc and argv. The arguments are not copied: keep them.
     CmdLineParser(int argc, char** argv);
 
     /// The first line of the usage table.
@@ -66,9 +66,10 @@ public:
     /// Whether the name was given on the command line.
     bool isSet(std::string name) const;
 
-    /// The words, in order, that began with "-" when parse() ran but matched neither a flag nor an option, for
-    /// applications that reject them.
-    const std::vector<std::string>& unknownWords() const { return mUnknownWords; }
+    /// The words of the command line, in order, that begin with "-" but match neither a flag nor an option, for
+    /// applications that reject them. Ask before parse(): a mandatory option whose name is mistyped is one of them, and
+    /// parse() exits without saying so.
+    std::vector<std::string> unknownWords() const;
 
     /// Writes the usage table to standard error, then @p extra on a line of its own unless it is empty.
     void printUsage(std::string extra) const;
@@ -79,8 +80,6 @@ private:
     char** mArgv;
     int mArgc;
     std::string mAppDescription;
-    std::vector<std::string> mUnknownWords;
-
     const t_arg* find(const std::string& name) const;
 };
 

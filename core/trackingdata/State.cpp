@@ -2,6 +2,7 @@
 #include <tarvos/core/trackingdata/State.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <ostream>
 
 namespace tarvos::core {
@@ -140,9 +141,9 @@ void State::getStateData(math::Vector& stateData) const {
 }
 
 int State::derivativesDimension() const {
-    unsigned int sum = 0;
+    std::ptrdiff_t sum = 0;
     for (const math::Vector& block : mDerivatives)
-        sum += block.dimension();
+        sum += block.end() - block.begin();
     return static_cast<int>(sum);
 }
 
@@ -161,10 +162,9 @@ void State::pack(const math::Vector& posePart, math::Vector& packed) const {
 
 /// Fills all blocks from @p values, block after block.
 void State::unpackBlocks(const double* values) {
-    for (math::Vector& block : mDerivatives) {
-        std::copy_n(values, block.dimension(), block.begin());
-        values += block.dimension();
-    }
+    for (math::Vector& block : mDerivatives)
+        for (double& element : block)
+            element = *values++;
 }
 
 std::ostream& operator<<(std::ostream& stream, const State& state) {

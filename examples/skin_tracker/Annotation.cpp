@@ -45,7 +45,7 @@ cv::Mat Annotation::legend(int width) {
                                                            {"its box", BLUE},
                                                            {"box while out of sight", GREY},
                                                            {"predicted centre", RED},
-                                                           {"way of the centre", YELLOW}};
+                                                           {"its last centres", YELLOW}};
     cv::Mat line(24, width, CV_8UC3, cv::Scalar::all(0));
     cv::Point place(6, 16);
     for (const auto& [text, colour] : meanings) {

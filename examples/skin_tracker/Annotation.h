@@ -12,7 +12,7 @@ namespace skin_tracker {
 /// Draws into frames the hand's box and outline, its predicted centre, and the trail of its last centres.
 class Annotation {
 public:
-    /// Draws into @p frame; to be called for every frame.
+    /// Draws what @p tracker found into @p frame; to be called for every frame.
     void draw(const Tracker& tracker, tarvos::core::cvdata::Image& frame);
     /// A legend of the colours, @p width pixels wide.
     static cv::Mat legend(int width);

@@ -15,8 +15,10 @@ using tarvos::core::cvdata::TiledImage;
 constexpr std::size_t GRID = 4;
 constexpr std::size_t CELLS = GRID * GRID;
 /// Enough frames for an even pick of 16.
-constexpr std::size_t MOST_KEPT = 8 * CELLS;
+constexpr std::size_t MAX_KEPT = 8 * CELLS;
 constexpr int CELL_WIDTH = 320;
+/// Pixels around the frame in a cell.
+constexpr int BORDER = 2;
 
 }  // namespace
 
@@ -24,9 +26,11 @@ void Mosaic::add(const Image& frame, const std::string& caption) {
     if (mOffered++ % mStride != 0)
         return;
     const double scale = std::min(1.0, static_cast<double>(CELL_WIDTH) / frame.width());
-    Image cell(std::max(1, cvRound(frame.width() * scale)), std::max(1, cvRound(frame.height() * scale)),
-               frame.channels(), frame.bitsPerChannel());
-    cv::Mat pixels = matView(cell);
+    const cv::Size size(std::max(1, cvRound(frame.width() * scale)), std::max(1, cvRound(frame.height() * scale)));
+    Image cell(size.width + 2 * BORDER, size.height + 2 * BORDER, frame.channels(), frame.bitsPerChannel());
+    cv::Mat whole = matView(cell);
+    whole.setTo(cv::Scalar::all(0));
+    cv::Mat pixels = whole(cv::Rect({BORDER, BORDER}, size));
     cv::resize(matView(frame), pixels, pixels.size(), 0, 0, cv::INTER_AREA);
     cv::putText(pixels, caption, {6, pixels.rows - 8}, cv::FONT_HERSHEY_SIMPLEX, 0.45, cv::Scalar::all(0), 3,
                 cv::LINE_AA);
@@ -34,9 +38,9 @@ void Mosaic::add(const Image& frame, const std::string& caption) {
                 cv::LINE_AA);
     mKept.push_back(std::move(cell));
 
-    if (mKept.size() == MOST_KEPT) {
+    if (mKept.size() == MAX_KEPT) {
         std::vector<Image> everySecond;
-        for (std::size_t i = 0; i < MOST_KEPT; i += 2)
+        for (std::size_t i = 0; i < MAX_KEPT; i += 2)
             everySecond.push_back(std::move(mKept[i]));
         mKept = std::move(everySecond);
         mStride *= 2;

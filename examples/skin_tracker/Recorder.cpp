@@ -1,8 +1,12 @@
 #include "Recorder.h"
 
+#include "Annotation.h"
+
 #include <opencv2/core.hpp>
 #include <tarvos/core/cvdata/MatView.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iomanip>
 #include <stdexcept>
@@ -20,13 +24,21 @@ constexpr const char* VIDEO = "track.avi";
 
 }  // namespace
 
-Recorder::Recorder(const std::string& output, double videoRate) : mResults(output) {
+Recorder::Recorder(const std::string& output, double videoRate) : mResults(output, {TABLE, MOSAIC, VIDEO}) {
     mTable << "frame,time,x,y,width,height,vx,vy,blobs,area,found\n" << std::fixed;
     if (videoRate > 0.0)
         mVideo.emplace(mResults.partOf(VIDEO), videoRate);
 }
 
-void Recorder::add(int number, double time, const Tracker& tracker, Image& frame) {
+bool Recorder::replaces(const std::string& input, const std::string& output) {
+    const auto isOne = [&](const char* name) {
+        std::error_code none;
+        return std::filesystem::equivalent(input, output + "/" + name, none);
+    };
+    return isOne(TABLE) || isOne(MOSAIC) || isOne(VIDEO);
+}
+
+void Recorder::add(int number, double time, const Tracker& tracker, const Image& frame) {
     ++mFrames;
     mFound += tracker.found() ? 1 : 0;
     mTable << number << ',' << std::setprecision(4) << time << std::setprecision(2);
@@ -39,7 +51,6 @@ void Recorder::add(int number, double time, const Tracker& tracker, Image& frame
         mTable << ",,,,,,";
     }
     mTable << ',' << tracker.blobs().dimension() << ',' << tracker.area() << ',' << tracker.found() << '\n';
-    mAnnotation.draw(tracker, frame);
     mMosaic.add(frame, cv::format("frame %d, %.2f s", number, time));
     if (mVideo)
         mVideo->add(frame);
@@ -56,7 +67,7 @@ std::vector<std::string> Recorder::publish() {
     cv::vconcat(matView(mosaic), Annotation::legend(mosaic.width()), withLegend);
     if (!table || !tarvos::core::cvdata::imageOf(withLegend).save(mResults.partOf(MOSAIC)))
         throw std::runtime_error("cannot write the results: is the disk full?");
-    return mResults.publish({TABLE, MOSAIC, VIDEO});
+    return mResults.publish();
 }
 
 }  // namespace skin_tracker

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Annotation.h"
 #include "Mosaic.h"
 #include "Results.h"
-#include "VideoFile.h"
 #include "tracking/Tracker.h"
+
+#include <tarvos/video/VideoFile.h>
 
 #include <optional>
 #include <sstream>
@@ -17,11 +17,15 @@ namespace skin_tracker {
 /// The README describes the columns of the table.
 class Recorder {
 public:
-    /// Records for @p output. A video is written as well if @p videoRate, in frames per second, is above 0.
+    /// Records for the directory @p output. A video is written as well if @p videoRate, in frames per second, is above
+    /// 0.
     Recorder(const std::string& output, double videoRate);
 
-    /// Records what @p tracker found in frame @p number at @p time, and draws it into @p frame.
-    void add(int number, double time, const Tracker& tracker, tarvos::core::cvdata::Image& frame);
+    /// Whether @p input is one of the files that a run with @p output replaces or removes.
+    static bool replaces(const std::string& input, const std::string& output);
+
+    /// Records what @p tracker found in frame @p number at @p time, and @p frame, which is annotated.
+    void add(int number, double time, const Tracker& tracker, const tarvos::core::cvdata::Image& frame);
     /// Writes and publishes everything; returns the paths. Throws `std::runtime_error` if that fails.
     std::vector<std::string> publish();
 
@@ -31,10 +35,9 @@ public:
 
 private:
     Results mResults;
-    Annotation mAnnotation;
     Mosaic mMosaic;
     std::ostringstream mTable;
-    std::optional<VideoFile> mVideo;
+    std::optional<tarvos::video::VideoFile> mVideo;
     int mFrames = 0;
     int mFound = 0;
 };

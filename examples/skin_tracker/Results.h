@@ -6,27 +6,32 @@
 namespace skin_tracker {
 
 /// The files that a run writes. They are made in a directory of their own and moved to the output directory once all of
-/// them are complete; a run that fails leaves the output directory unchanged.
+/// them are complete; a run that fails leaves the output directory as it was.
 class Results {
 public:
-    /// Creates the directory @p path if it is missing. Throws `std::runtime_error` if that fails or the directory
-    /// cannot be written to.
-    explicit Results(const std::string& path);
+    /// For files that may be called @p names in the directory @p path, which is created if it is missing. Throws
+    /// `std::runtime_error` if that fails, the directory cannot be written to, or something that cannot be replaced has
+    /// one of the names.
+    Results(const std::string& path, std::vector<std::string> names);
     ~Results();
     Results(const Results&) = delete;
     Results& operator=(const Results&) = delete;
 
     /// Where to write the file that will be @p name.
     std::string partOf(const std::string& name);
-    /// Gives all files their names, and removes those of @p possible that an earlier run made and this one did not.
-    /// Returns their paths. Throws `std::runtime_error` if a directory has one of the names, and then publishes none.
-    std::vector<std::string> publish(const std::vector<std::string>& possible);
+    /// Gives all files their names, and removes those of the possible ones that an earlier run made and this one did
+    /// not. Returns their paths. Throws `std::runtime_error`, and publishes none, if something is in the way.
+    std::vector<std::string> publish();
 
 private:
     std::string mPath;
+    std::vector<std::string> mPossible;
     std::string mWork;  ///< the directory in which the files are made
     bool mCreated = false;
     std::vector<std::string> mNames;
+
+    void requireReplaceable() const;
+    void cleanUp();
 };
 
 }  // namespace skin_tracker

@@ -1,16 +1,18 @@
 /// @file
 /// Tracks a hand in a video or in a directory of images.
 
-#include "FrameSource.h"
+#include "Annotation.h"
+#include "Options.h"
 #include "Progress.h"
 #include "Recorder.h"
 #include "tracking/Tracker.h"
 
+#include <opencv2/core/utils/logger.hpp>
 #include <opencv2/highgui.hpp>
 #include <tarvos/core/Exception.h>
 #include <tarvos/core/cvdata/MatView.h>
-#include <tarvos/core/parser/CmdLineParser.h>
 #include <tarvos/core/util/Resources.h>
+#include <tarvos/video/FrameSource.h>
 #ifdef TARVOS_WITH_OPENGL
 #include <tarvos/core/SystemManager.h>
 #endif
@@ -19,32 +21,53 @@
 #include <algorithm>
 #include <cmath>
 #include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <iostream>
-#include <limits>
 #include <memory>
-#include <optional>
 #include <stdexcept>
 #include <string>
+#include <unistd.h>
 
 namespace {
 
 using namespace skin_tracker;
 using tarvos::core::cvdata::Image;
-using tarvos::core::parser::CmdLineParser;
+using tarvos::video::FrameSource;
 
-/// The first SIGINT or SIGTERM, 0 before; a second one kills.
+namespace fs = std::filesystem;
+
+/// The first signal that ends a run early, 0 before; a second one kills.
 volatile std::sig_atomic_t interruption = 0;
 
 void recordInterruptions() {
-    struct sigaction action {};
-    action.sa_handler = [](int signal) { interruption = signal; };
-    action.sa_flags = static_cast<int>(SA_RESETHAND) | SA_RESTART;
-    sigaction(SIGINT, &action, nullptr);
-    sigaction(SIGTERM, &action, nullptr);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction action {};
+        if (sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN)
+            continue;  // as under nohup
+        action.sa_handler = [](int number) { interruption = number; };
+        action.sa_flags = static_cast<int>(SA_RESETHAND) | SA_RESTART;
+        sigaction(signal, &action, nullptr);
+    }
 }
 
-/// Throws if there is no display: OpenCV's window system would end the process.
+/// Opens the standard streams that are closed: a file that took the number of one would get what is printed.
+void openStandardStreams() {
+    int descriptor = 0;
+    do
+        descriptor = open("/dev/null", O_RDWR);
+    while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+    close(descriptor);
+}
+
+/// Errors of an input are reported once, by this program.
+void keepLibrariesQuiet() {
+    cv::utils::logging::setLogLevel(cv::utils::logging::LOG_LEVEL_SILENT);
+    setenv("OPENCV_FFMPEG_LOGLEVEL", "-8", 0);
+}
+
+/// Throws if there is no display: OpenCV's window system would exit.
 void requireDisplay() {
     Display* display = XOpenDisplay(nullptr);
     if (display == nullptr)
@@ -52,61 +75,69 @@ void requireDisplay() {
     XCloseDisplay(display);
 }
 
-/// The value of option @p name; throws unless it is a whole number between @p least and @p most.
-int parseInt(const CmdLineParser& parser, const std::string& name, int least,
-             int most = std::numeric_limits<int>::max()) {
-    const std::optional<int> number = parser.value<int>(name);
-    if (!number || *number < least || *number > most)
-        throw std::runtime_error("-" + name + " takes a whole number from " + std::to_string(least) +
-                                 (most == std::numeric_limits<int>::max() ? " up" : " to " + std::to_string(most)) +
-                                 ", not \"" + parser.getValue(name) + "\"");
-    return *number;
-}
-
 /// The path of the input that was named: itself, or in the data directory.
-std::string findInput(const CmdLineParser& parser) {
-    std::string name = parser.getValue("input");
-    if (name.empty())
-        throw std::runtime_error("-input takes the name of a video or a directory");
-    if (std::filesystem::exists(name))
+std::string findInput(const std::string& name) {
+    std::error_code unknown;
+    if (fs::exists(fs::symlink_status(name, unknown)))
         return name;
-    std::string found = tarvos::core::util::Resources("", "skin_tracker").findFile(name);
+    const tarvos::core::util::Resources resources("", "skin_tracker");
+    const std::string found = resources.findFile(name);
     if (found.empty())
-        throw std::runtime_error("there is no " + name);
+        throw std::runtime_error(
+            name + ": not found" +
+            (resources.getDataDirPath().empty()
+                 ? "; to search a data directory, set TARVOSDATADIR to the folder above the folder "
+                   "\"data\" that holds the file DATA_DIR_ID.txt"
+                 : ", nor in " + resources.getDataDirPath()));
     return found;
 }
 
-std::unique_ptr<FrameSource> openSource(const CmdLineParser& parser) {
-    if (parser.isSet("camera"))
-        return FrameSource::openCamera(parseInt(parser, "camera", 0));
-    const std::string input = findInput(parser);
+/// Throws if @p input, or an image in it, is one of the files that this run replaces or removes.
+void requireDistinct(const std::string& input, const std::string& output) {
     std::error_code none;
-    if (std::filesystem::equivalent(input, parser.getValue("output"), none))
-        throw std::runtime_error("the output directory is the input");
-    return FrameSource::open(input);
+    if (fs::equivalent(input, output, none))
+        throw std::runtime_error("input and output must differ");
+    std::vector<std::string> files{input};
+    if (fs::is_directory(input))
+        for (const fs::directory_entry& entry : fs::directory_iterator(input))
+            files.push_back(entry.path());
+    for (const std::string& file : files)
+        if (Recorder::replaces(file, output))
+            throw std::runtime_error(file + " would be replaced: choose another -output");
+}
+
+std::unique_ptr<FrameSource> openSource(const Options& options) {
+    if (options.camera)
+        return FrameSource::openCamera(*options.camera);
+    const std::string input = findInput(options.input);
+    std::unique_ptr<FrameSource> source = FrameSource::open(input, options.rate);
+    requireDistinct(input, options.output);
+    return source;
 }
 
 /// Tracks to the end of the input, the last frame wanted, or the first signal. Returns the frames per second.
-double track(const CmdLineParser& parser, FrameSource& source, Recorder& recorder) {
-    const int step = parseInt(parser, "step", 1);
-    const int most = parseInt(parser, "frames", 0);
-    Tracker tracker(parseInt(parser, "order", 2, 4));
-    const bool isShown = parser.getValueBool("show");
-    if (isShown)
-        requireDisplay();
-    const int all = source.frameCount() / step + (source.frameCount() % step != 0 ? 1 : 0);
-    Progress progress(most > 0 && all > 0 ? std::min(most, all) : all);
+double track(const Options& options, FrameSource& source, Recorder& recorder) {
+    const int count = source.frameCount();
+    const int expected = count / options.step + (count % options.step != 0 ? 1 : 0);
+    Tracker tracker(options.order);
+    Annotation annotation;
+    Progress progress(options.frames > 0 && expected > 0 ? std::min(options.frames, expected) : expected);
     Image frame;
-    int number = 0;
+    double longestGap = 1.0 / source.frameRate();
+    int decoded = 0;
     bool isEscaped = false;
-    const auto isDone = [&] { return isEscaped || interruption != 0 || (most > 0 && recorder.frames() == most); };
-    for (; !isDone() && source.read(frame); ++number) {
-        if (number % step != 0)
+    const auto isDone = [&] {
+        return isEscaped || interruption != 0 || (options.frames > 0 && recorder.frames() == options.frames);
+    };
+    for (double last = 0.0; !isDone() && source.read(frame); last = source.time()) {
+        ++decoded;
+        longestGap = std::max(longestGap, source.time() - last);
+        if (source.number() % options.step != 0)
             continue;
-        const double time = number / source.frameRate();
-        tracker.process(frame, time);
-        recorder.add(number, time, tracker, frame);
-        if (isShown) {
+        tracker.process(frame, source.time());
+        annotation.draw(tracker, frame);
+        recorder.add(source.number(), source.time(), tracker, frame);
+        if (options.isShown) {
             cv::imshow("skin_tracker", matView(frame));
             isEscaped = (cv::waitKey(1) & 0xFF) == 27;  // Escape
         }
@@ -114,25 +145,25 @@ double track(const CmdLineParser& parser, FrameSource& source, Recorder& recorde
     }
     if (recorder.frames() == 0 && interruption == 0)
         throw std::runtime_error("no frame of the input can be decoded");
-    if (!isDone() && number < source.frameCount())
-        std::cerr << cv::format("skin_tracker: the input has %d frames, %d could be decoded\n", source.frameCount(),
-                                number);
+    // Containers estimate the count where frames are not evenly spaced; what counts is whether the end was reached.
+    const bool isCut = source.number() + 1 < count && source.time() + longestGap < (count - 0.5) / source.frameRate();
+    if (!isDone() && isCut)
+        std::cerr << cv::format("skin_tracker: the input has %d frames, %d could be decoded\n", count, decoded);
     return progress.framesPerSecond();
 }
 
 /// Runs the command line. Returns the signal that ended it early, 0 for none.
-int run(const CmdLineParser& parser) {
-    if (!parser.unknownWords().empty())
-        throw std::runtime_error("unknown option " + parser.unknownWords().front() + ", see -help");
+int run(const Options& options) {
 #ifdef TARVOS_WITH_OPENGL
-    if (parser.getValueBool("checkgpu"))
+    if (options.isGpuChecked)
         tarvos::core::SystemManager::instance().initOpenGLContext(64, 64, 0, 0, "skin_tracker", true);
 #endif
-    const auto source = openSource(parser);
+    if (options.isShown)
+        requireDisplay();
+    const std::unique_ptr<FrameSource> source = openSource(options);
     recordInterruptions();
-    const std::string output = parser.getValue("output");
-    Recorder recorder(output, parser.getValueBool("video") ? source->frameRate() / parseInt(parser, "step", 1) : 0.0);
-    const double framesPerSecond = track(parser, *source, recorder);
+    Recorder recorder(options.output, options.isVideoWanted ? source->frameRate() / options.step : 0.0);
+    const double framesPerSecond = track(options, *source, recorder);
 
     std::string summary = std::to_string(recorder.frames()) + " frames" +
                           (interruption != 0 ? ", then interrupted" : "") + "; hand found in " +
@@ -140,9 +171,10 @@ int run(const CmdLineParser& parser) {
                           " frames a second\n";
     if (recorder.frames() > 0)
         for (const std::string& file : recorder.publish())
-            summary += file + "\n";
-    if (recorder.frames() > 0)
-        summary += "plot: gnuplot -c '" PLOT_SCRIPT "' '" + output + "/track.csv' '" + output + "/track.png'\n";
+            summary += printable(file) + "\n";
+    if (recorder.found() > 0)
+        summary += "plot: gnuplot -c " + shellWord(PLOT_SCRIPT) + " " + shellWord(options.output + "/track.csv") + " " +
+                   shellWord(options.output + "/track.png") + "\n";
     std::cout << summary << std::flush;
     return interruption;
 }
@@ -150,26 +182,14 @@ int run(const CmdLineParser& parser) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    CmdLineParser parser(argc, argv);
-    parser.setAppDescription("Tracks the skin region of a hand and arm in a video or in a directory of images");
-#ifdef TARVOS_WITH_OPENGL
-    parser.addFlag("checkgpu", "create an OpenGL context and print what the GPU can do first");
-#endif
-    parser.addFlag("video", "write the annotated video track.avi as well");
-    parser.addOption("input", "video or directory, searched for in the data directory too", "", false);
-    parser.addOption("camera", "number of a camera to use instead; the first is 0", "", false);
-    parser.addFlag("show", "show the frames while they are tracked; Escape quits");
-    parser.addOption("output", "directory for the results", "skin_tracker_output", false);
-    parser.addOption("step", "use every n-th frame", "1", false);
-    parser.addOption("frames", "use at most this many frames, 0 for all", "0", false);
-    parser.addOption("order", "order of the state: 2 with velocity, 3 with acceleration, 4 with jerk", "2", false);
-    parser.parse();
+    openStandardStreams();
+    keepLibrariesQuiet();
     try {
-        const int signal = run(parser);
+        const int signal = run(Options::parse(argc, argv));
         return signal == 0 ? 0 : 128 + signal;
     } catch (const tarvos::core::Exception&) {  // which reports itself
     } catch (const std::exception& error) {
-        std::cerr << "skin_tracker: " << error.what() << std::endl;
+        std::cerr << "skin_tracker: " + printable(error.what()) << std::endl;
     }
     return 1;
 }

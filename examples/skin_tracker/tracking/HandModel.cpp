@@ -1,28 +1,28 @@
 #include "HandModel.h"
 
-#include "Colours.h"
-
 #include <opencv2/imgproc.hpp>
+#include <tarvos/vision/Histogram.h>
 
 namespace skin_tracker {
 
 namespace {
 
-using tarvos::core::cvdata::ColourHist2d;
+using namespace tarvos::vision;
 
 /// Of hue, saturation and value: coarse enough that a few frames show all colours of a hand.
 constexpr int BINS[] = {20, 16, 8};
-/// Pixels darker than this have no colour to speak of: their hue and saturation are noise.
-constexpr int DARK = 32;
-/// A colour is the hand's unless its surroundings have more than so many times as many pixels of it: they are much
-/// larger, and of the regions with the hand's colours the one nearest to where it should be is taken.
+/// Bins of value below have no colour to speak of: hue and saturation are noise there.
+constexpr unsigned int MIN_VALUE_BIN = 1;
+/// A bin belongs to the hand unless the background count exceeds so many times the hand count: the surroundings are
+/// much larger, and of the regions with the hand's colours the one nearest to where it should be is taken.
 constexpr double FAVOUR = 25.0;
 /// The surroundings start this share of the known box's extent away from it.
 constexpr double MARGIN = 0.15;
 
-/// A view of the entries of @p histogram for OpenCV.
-cv::Mat entriesOf(ColourHist2d& histogram) {
-    return {3, BINS, CV_64F, histogram.data().data()};
+cv::Mat toHsv(const cv::Mat& pixels) {
+    cv::Mat hsv;
+    cv::cvtColor(pixels, hsv, cv::COLOR_BGR2HSV);
+    return hsv;
 }
 
 /// Everything outside the box around @p hand, widened by the margin.
@@ -36,18 +36,19 @@ cv::Mat surroundingsOf(const cv::Mat& hand) {
 
 }  // namespace
 
-HandModel::HandModel()
-    : mHand(BINS[0], BINS[1], BINS[2]), mSurroundings(mHand), mColours(3, BINS, CV_32F, cv::Scalar(0)) {}
+HandModel::HandModel() : mHand(BINS[0], BINS[1], BINS[2]), mSurroundings(mHand), mColours(mHand) {}
 
-void HandModel::learn(const cv::Mat& hsv, const cv::Mat& known) {
-    cv::Mat hand = entriesOf(mHand);
-    cv::Mat surroundings = entriesOf(mSurroundings);
-    countColours(hsv, known, hand);
-    countColours(hsv, surroundingsOf(known), surroundings);
-    const cv::Mat likely = FAVOUR * hand > surroundings;
-    likely.convertTo(mColours, CV_32F);
-    const cv::Range dark[] = {cv::Range::all(), cv::Range::all(), {0, DARK * BINS[2] / LEVELS}};
-    mColours(dark).setTo(0.0F);
+void HandModel::learn(const cv::Mat& pixels, const cv::Mat& known) {
+    const cv::Mat hsv = toHsv(pixels);
+    addPixels(mHand, hsv, known, HSV_LIMITS);
+    addPixels(mSurroundings, hsv, surroundingsOf(known), HSV_LIMITS);
+    for (unsigned int i = 0; i < mColours.getBinsTotal(); ++i)
+        mColours.data()[i] =
+            i % BINS[2] >= MIN_VALUE_BIN && FAVOUR * mHand.data()[i] > mSurroundings.data()[i] ? 1.0 : 0.0;
+}
+
+cv::Mat HandModel::maskOf(const cv::Mat& pixels) const {
+    return backProject(mColours, toHsv(pixels), HSV_LIMITS);
 }
 
 }  // namespace skin_tracker

@@ -5,21 +5,22 @@
 
 namespace skin_tracker {
 
-/// The colours of one hand in one light, and those around it: two histograms over hue, saturation and value.
+/// The colours of one hand in one light, learned from frames in which it is known where the hand is.
 class HandModel {
 public:
     HandModel();
 
-    /// Learns from @p hsv, in which the pixels that are not 0 in @p known are the hand's: counts their colours, and
-    /// those around their box.
-    void learn(const cv::Mat& hsv, const cv::Mat& known);
-    /// The hand's colours, for markColours().
-    const cv::Mat& colours() const { return mColours; }
+    /// Learns from a frame's 8-bit BGR @p pixels, of which those that are not 0 in @p known are the hand's: counts
+    /// their colours, and those around their box.
+    void learn(const cv::Mat& pixels, const cv::Mat& known);
+    /// A mask of the @p pixels that have the hand's colours.
+    cv::Mat maskOf(const cv::Mat& pixels) const;
 
 private:
+    // Histograms over hue, saturation and value.
     tarvos::core::cvdata::ColourHist2d mHand;
     tarvos::core::cvdata::ColourHist2d mSurroundings;
-    cv::Mat mColours;  ///< 255 for the bins of the histograms that are the hand's
+    tarvos::core::cvdata::ColourHist2d mColours;  ///< 1 for the bins that belong to the hand, else 0
 };
 
 }  // namespace skin_tracker

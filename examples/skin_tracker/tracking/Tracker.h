@@ -1,15 +1,14 @@
 #pragma once
 
-#include "Colours.h"
+#include "BackgroundModel.h"
 #include "HandModel.h"
 #include "MotionFilter.h"
-#include "Regions.h"
-#include "Stillness.h"
 
 #include <opencv2/core.hpp>
 #include <tarvos/core/cvdata/Image.h>
 #include <tarvos/core/cvdata/features/Blobs.h>
 #include <tarvos/core/cvdata/features/VisContourSamplePts.h>
+#include <tarvos/vision/Regions.h>
 
 #include <optional>
 
@@ -47,9 +46,10 @@ public:
     const tarvos::core::cvdata::VisContourSamplePts& outline() const { return mOutline; }
 
 private:
+    using Region = tarvos::vision::Regions::BlobInfo;
+
     int mOrder;
-    cv::Mat mSkin = skinColours();
-    Stillness mStillness;
+    BackgroundModel mBackground;
     HandModel mHand;
     int mFramesLearned = 0;
     std::optional<MotionFilter> mMotion;
@@ -62,14 +62,17 @@ private:
     bool mHasMoved = false;
     int mArea = 0;
 
-    cv::Rect neighbourhood() const;
-    Regions regionsIn(const cv::Mat& pixels, const cv::Rect& area) const;
-    Regions regionsOf(cv::Mat& mask, const cv::Point& corner) const;
+    void predict(double time);
     void learn(const cv::Mat& pixels);
+    tarvos::vision::Regions search(const cv::Mat& pixels);
+    cv::Rect neighbourhood(const cv::Rect& frame) const;
+    tarvos::vision::Regions regionsIn(const cv::Mat& pixels, const cv::Rect& area) const;
+    tarvos::vision::Regions regionsOf(cv::Mat& mask, const cv::Point& corner) const;
+    const Region* pick(const tarvos::vision::Regions& regions) const;
+    bool restsTooLong(const cv::Mat& hand, double time);
+    void giveUp(const cv::Mat& hand);
+    void follow(const Region& hand, int pictureWidth, double time);
     void miss(double time);
-    bool restsTooLong(const cv::Mat& region, double time);
-    void giveUp(const cv::Mat& region);
-    const tarvos::core::cvdata::Blobs::BlobInfo* pick(const Regions& regions) const;
 };
 
 }  // namespace skin_tracker

@@ -7,7 +7,7 @@ namespace skin_tracker {
 /// Distinguishes what moves in a sequence of frames from what stays, and remembers what was found to be background.
 /// It compares the mean colours of cells of 8 x 8 pixels: a cell moves while it differs from its mean over about the
 /// last second.
-class Stillness {
+class BackgroundModel {
 public:
     /// Takes the next frame, 8-bit BGR, at @p time in seconds.
     void add(const cv::Mat& pixels, double time);

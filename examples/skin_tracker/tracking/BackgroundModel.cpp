@@ -1,4 +1,4 @@
-#include "Stillness.h"
+#include "BackgroundModel.h"
 
 #include <opencv2/imgproc.hpp>
 
@@ -14,10 +14,10 @@ constexpr double MEMORY = 1.0;
 /// A camera's noise and flicker, averaged over a cell, stay below this difference of any channel.
 constexpr double NOISE = 10.0;
 /// A region moves when this share of its cells does.
-constexpr double LEAST_SHARE = 0.15;
+constexpr double MIN_SHARE = 0.15;
 
 /// 255 where the colours of two pictures are the same but for noise.
-cv::Mat alike(const cv::Mat& a, const cv::Mat& b) {
+cv::Mat similarMask(const cv::Mat& a, const cv::Mat& b) {
     cv::Mat mask;
     cv::inRange(cv::abs(a - b), cv::Scalar::all(0.0), cv::Scalar::all(NOISE), mask);
     return mask;
@@ -25,7 +25,7 @@ cv::Mat alike(const cv::Mat& a, const cv::Mat& b) {
 
 }  // namespace
 
-void Stillness::add(const cv::Mat& pixels, double time) {
+void BackgroundModel::add(const cv::Mat& pixels, double time) {
     mSize = pixels.size();
     cv::Mat small = pixels;
     for (int cell = 1; cell < CELL; cell *= 2)  // halving is what OpenCV does fastest
@@ -37,32 +37,32 @@ void Stillness::add(const cv::Mat& pixels, double time) {
         mRemembered = mCells.clone();
         mBackground = cv::Mat::zeros(mCells.size(), CV_8U);
     }
-    mMoving = ~alike(mCells, mMean);
+    mMoving = ~similarMask(mCells, mMean);
     cv::accumulateWeighted(mCells, mMean, std::min((time - mTime) / MEMORY, 1.0));
     mTime = time;
 }
 
-bool Stillness::moves(const cv::Mat& mask) const {
+bool BackgroundModel::moves(const cv::Mat& mask) const {
     const cv::Mat cells = cellsOf(mask);
-    return cv::countNonZero(mMoving & cells) >= LEAST_SHARE * cv::countNonZero(cells);
+    return cv::countNonZero(mMoving & cells) >= MIN_SHARE * cv::countNonZero(cells);
 }
 
-void Stillness::remember(const cv::Mat& mask) {
+void BackgroundModel::remember(const cv::Mat& mask) {
     const cv::Mat cells = cellsOf(mask);
     mBackground.setTo(255, cells);
     mMean.copyTo(mRemembered, cells);
 }
 
-void Stillness::removeBackground(cv::Mat& mask, const cv::Point& corner) const {
+void BackgroundModel::removeBackground(cv::Mat& mask, const cv::Point& corner) const {
     if (cv::countNonZero(mBackground) == 0)
         return;
-    cv::Mat same = mBackground & alike(mCells, mRemembered);
+    cv::Mat same = mBackground & similarMask(mCells, mRemembered);
     cv::resize(same, same, mSize, 0, 0, cv::INTER_NEAREST);
     mask.setTo(0, same(cv::Rect(corner, mask.size())));
 }
 
 /// The cells that @p mask touches, and those around them.
-cv::Mat Stillness::cellsOf(const cv::Mat& mask) const {
+cv::Mat BackgroundModel::cellsOf(const cv::Mat& mask) const {
     cv::Mat cells;
     cv::resize(mask, cells, mCells.size(), 0, 0, cv::INTER_NEAREST);
     cv::dilate(cells, cells, cv::Mat());

@@ -1,0 +1,183 @@
+#include "support/Files.h"
+#include "support/Output.h"
+
+#include <opencv2/imgcodecs.hpp>
+#include <tarvos/core/cvdata/MatView.h>
+#include <tarvos/video/FrameSource.h>
+#include <tarvos/video/VideoFile.h>
+
+#include <cmath>
+#include <stdexcept>
+#include <sys/stat.h>
+
+using namespace tarvos::video;
+using tarvos::core::cvdata::Image;
+using tarvos::core::cvdata::imageOf;
+
+namespace {
+
+/// A frame whose brightness says its number.
+cv::Mat frame(int number, cv::Size size = {64, 48}) {
+    return {size, CV_8UC3, cv::Scalar::all(20 * number)};
+}
+
+struct VideoTest : testing::Test {
+    const TemporaryDirectory directory;
+
+    /// Reads everything: the numbers of the frames by their brightness, their numbers and times by the source.
+    struct Track {
+        std::vector<int> seen, numbers;
+        std::vector<double> times;
+    };
+    static Track readAll(FrameSource& source) {
+        Track track;
+        for (Image read; source.read(read);) {
+            track.seen.push_back(cvRound(cv::mean(matView(read))[0] / 20));
+            track.numbers.push_back(source.number());
+            track.times.push_back(source.time());
+        }
+        return track;
+    }
+    static void expectEvenTimes(const std::vector<double>& times, std::size_t count, double rate) {
+        ASSERT_EQ(times.size(), count);
+        for (std::size_t i = 0; i < count; ++i)
+            EXPECT_NEAR(times[i], static_cast<double>(i) / rate, 1e-6) << "frame " << i;
+    }
+    /// The reason that @p path cannot be opened for.
+    static std::string refusal(const std::string& path) {
+        try {
+            FrameSource::open(path);
+        } catch (const std::runtime_error& error) {
+            return error.what();
+        }
+        return "it was opened";
+    }
+};
+
+TEST_F(VideoTest, ADirectoryIsReadInNaturalOrder) {
+    const char* const names[] = {"a2.png",    "a010.PNG", "b1-2.bmp",       "b1-10.bmp",
+                                 "b02-1.bmp", "b10.ppm",  "line\nbreak.png"};
+    int number = 0;
+    for (const char* name : names) {
+        std::vector<unsigned char> bytes;
+        cv::imencode(".png", frame(++number), bytes);
+        writeFile(name, {bytes.begin(), bytes.end()});
+    }
+    writeFile("notes.txt");
+    std::filesystem::create_directory("folder.png");
+    const auto source = FrameSource::open(".", 10.0);
+    EXPECT_EQ(source->frameCount(), 7);
+    EXPECT_EQ(source->frameRate(), 10.0);
+    EXPECT_EQ(source->number(), -1);
+    const Track track = readAll(*source);
+    EXPECT_THAT(track.seen, testing::ElementsAre(1, 2, 3, 4, 5, 6, 7));
+    expectEvenTimes(track.times, 7, 10.0);
+}
+
+TEST_F(VideoTest, NumbersOfAnyLengthCount) {
+    int number = 0;
+    for (const char* digits : {"9", "10", "18446744073709551616", "18446744073709551617", "100000000000000000000"})
+        cv::imwrite(std::string("f") + digits + ".png", frame(++number));
+    EXPECT_THAT(readAll(*FrameSource::open(".")).seen, testing::ElementsAre(1, 2, 3, 4, 5));
+}
+
+TEST_F(VideoTest, WhatCannotBeUsedIsNamedAndLeavesAGap) {
+    for (const int number : {0, 1, 3, 5})
+        cv::imwrite(std::to_string(number) + ".png", frame(number));
+    writeFile("2.png", "no image");
+    writeFile("2\nforged.png", "no image");
+    cv::imwrite("4.png", frame(4, {32, 16}));
+    const auto source = FrameSource::open(".");
+    Track track;
+    const std::string reported = captureStderr([&] { track = readAll(*source); });
+    EXPECT_THAT(track.seen, testing::ElementsAre(0, 1, 3, 5));
+    EXPECT_THAT(track.numbers, testing::ElementsAre(0, 1, 4, 6));
+    EXPECT_DOUBLE_EQ(track.times[2], 4 / 25.0);
+    EXPECT_THAT(reported,
+                testing::MatchesRegex("(ERROR: Could not load image: [^\n]*\n|Skipped ./2.forged.png\n)+"
+                                      "Skipped ./4.png, which is 32x16 pixels, the frames before it 64x48\n"));
+}
+
+TEST_F(VideoTest, AVideoIsReadAsItWasWritten) {
+    VideoFile video("12:30.avi", 12.5);  // a protocol for FFmpeg
+    for (int number = 1; number < 9; ++number)
+        video.add(imageOf(frame(number)));
+    video.finish();
+    const auto source = FrameSource::open("12:30.avi");
+    EXPECT_EQ(source->frameCount(), 8);
+    EXPECT_EQ(source->frameRate(), 12.5);
+    Image kept(64, 48, Image::CHANNELS_BGR, Image::BITS_8U);
+    const Track track = readAll(*source);
+    EXPECT_THAT(track.seen, testing::ElementsAre(1, 2, 3, 4, 5, 6, 7, 8));
+    EXPECT_THAT(track.numbers, testing::ElementsAre(0, 1, 2, 3, 4, 5, 6, 7));
+    expectEvenTimes(track.times, 8, 12.5);
+    EXPECT_FALSE(source->read(kept));
+    EXPECT_EQ(kept.width(), 64) << "unchanged at the end";
+}
+
+TEST_F(VideoTest, WithoutSensibleStampsTheTimeIsByTheFrameRate) {
+    std::string stream;  // raw JPEG files
+    for (int number = 0; number < 6; ++number) {
+        std::vector<unsigned char> bytes;
+        cv::imencode(".jpg", frame(number), bytes);
+        stream.append(bytes.begin(), bytes.end());
+    }
+    writeFile("raw.mjpeg", stream);
+    const auto raw = FrameSource::open("raw.mjpeg");
+    EXPECT_EQ(raw->frameCount(), 0) << "the stream does not know";
+    expectEvenTimes(readAll(*raw).times, 6, 25.0);
+
+    std::string absurd = "YUV4MPEG2 W64 H48 F1200000:1 Ip A1:1 C420jpeg\n";
+    for (int number = 0; number < 6; ++number)
+        absurd += "FRAME\n" + std::string(64 * 48 * 3 / 2, static_cast<char>(100 + number));
+    writeFile("absurd.y4m", absurd);
+    const auto source = FrameSource::open("absurd.y4m");
+    EXPECT_EQ(source->frameRate(), 25.0);
+    expectEvenTimes(readAll(*source).times, 6, 25.0);
+}
+
+TEST_F(VideoTest, AnInputThatCannotBeUsedIsRefusedWithTheReason) {
+    std::filesystem::create_directory("empty");
+    writeFile("text.mp4", "no video");
+    mkfifo("pipe", 0600);
+    EXPECT_EQ(refusal("missing"), "missing: No such file or directory");
+    EXPECT_EQ(refusal("empty"), "there are no images in the directory empty");
+    EXPECT_EQ(refusal("pipe"), "pipe is neither a directory nor a regular file");
+    captureStderr([] { EXPECT_EQ(refusal("text.mp4"), "cannot decode the video text.mp4"); });
+    captureStderr([] { EXPECT_THROW(FrameSource::openCamera(77), std::runtime_error); });
+    for (const double rate : {0.0, -1.0, std::nan("")})
+        EXPECT_DEATH(FrameSource::open(".", rate), "the rate is not above 0 and finite");
+}
+
+TEST_F(VideoTest, AVideoThatIsNotWholeIsAnError) {
+    const auto write = [](const char* path) {
+        VideoFile video(path, 25.0);
+        for (int number = 0; number < 8; ++number)
+            video.add(imageOf(frame(number)));
+        video.finish();
+        return true;
+    };
+    EXPECT_TRUE(write("whole.avi"));
+    expectFailureOnAFullDisk("a video", [&]() -> bool {
+        try {
+            return write("cut.avi");
+        } catch (const std::runtime_error&) {
+            return false;
+        }
+    });
+    EXPECT_THROW(VideoFile("no/where.avi", 25.0).add(imageOf(frame(1))), std::runtime_error);
+}
+
+TEST_F(VideoTest, SmallFramesAreWrittenAndOthersStop) {
+    VideoFile video("small.avi", 25.0);
+    video.add(imageOf(frame(5, {3, 2})));
+    video.finish();
+    Image read;
+    ASSERT_TRUE(FrameSource::open("small.avi")->read(read));
+    EXPECT_NEAR(matView(read).at<cv::Vec3b>(1, 2)[0], 100, 12);
+    EXPECT_DEATH(video.add(imageOf(frame(5, {3, 3}))), "as large as the first");
+    EXPECT_DEATH(VideoFile("x.avi", 25.0).add(imageOf(cv::Mat(20, 20, CV_8UC1))), "not 8-bit with 3 channels");
+    EXPECT_DEATH(VideoFile("x.avi", 0.0), "the frame rate is not above 0");
+}
+
+}  // namespace

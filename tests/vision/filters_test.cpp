@@ -1,0 +1,288 @@
+#include "support/Poses.h"
+
+#include <Eigen/Eigenvalues>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <opencv2/video/tracking.hpp>
+#include <tarvos/core/cvdata/pose/VectorPose.h>
+#include <tarvos/math/EigenMap.h>
+#include <tarvos/math/MatView.h>
+#include <tarvos/vision/KalmanFilter.h>
+#include <tarvos/vision/ParticleFilter.h>
+
+#include <cmath>
+#include <limits>
+#include <stdexcept>
+
+using namespace tarvos::vision;
+using tarvos::core::State;
+using tarvos::core::cvdata::VectorPose;
+using tarvos::math::eigenMap;
+using tarvos::math::Matrix;
+using tarvos::math::matView;
+using tarvos::math::SquareMatrix;
+using tarvos::math::Vector;
+
+namespace {
+
+const double NOT_A_NUMBER = std::nan("");
+
+/// A state of @p dof degrees of freedom with the values 1, 2, 3, ...
+State counting(int dof, int order) {
+    State state(VectorPose(dof), order);
+    Vector values(static_cast<unsigned int>(state.stateIncDimension()));
+    for (unsigned int i = 0; i < values.dimension(); ++i)
+        values[i] = i + 1;
+    state.setIncDataFromVector(values, -1);
+    return state;
+}
+
+Vector all(int count, double value) {
+    Vector vector(static_cast<unsigned int>(count));
+    vector.fill(value);
+    return vector;
+}
+
+Vector vectorOf(const State& state) {
+    Vector values(static_cast<unsigned int>(state.stateIncDimension()));
+    state.getStateIncData(values, -1);
+    return values;
+}
+
+struct KalmanFilterTest : testing::Test {
+    KalmanFilter filter{counting(2, 2), Vector::of(0.5, 0.7), Vector::of(2, 3)};
+};
+
+TEST_F(KalmanFilterTest, BeginsWithTheMeasurementsAndTheProcessDeviations) {
+    EXPECT_THAT(elementsOf(filter.covariance()),
+                testing::ElementsAre(4, 0, 0, 0, 0, 9, 0, 0, 0, 0, 0.25, 0, 0, 0, 0, testing::DoubleEq(0.49)));
+}
+
+TEST_F(KalmanFilterTest, AStepInTwoIsTheStepInOne) {
+    for (const int order : {1, 2, 3, 4}) {
+        KalmanFilter once(counting(3, order), all(3, 0.5), all(3, 2.0)), twice = once;
+        once.predict(1.0);
+        twice.predict(0.3);
+        twice.predict(1.0);
+        EXPECT_TRUE(eigenMap(once.covariance()).isApprox(eigenMap(twice.covariance()), 1e-12)) << "order " << order;
+        EXPECT_TRUE(eigenMap(vectorOf(once.state())).isApprox(eigenMap(vectorOf(twice.state())), 1e-12));
+        EXPECT_EQ(once.state().getTimeStamp(), 1.0);
+    }
+}
+
+TEST_F(KalmanFilterTest, AddsTheContinuousWhiteNoiseOfItsModel) {
+    KalmanFilter moving(counting(1, 3), all(1, 2.0), all(1, 1.0));
+    moving.covariance().fill(0.0);
+    moving.predict(0.5);
+    const double q = 4.0, t = 0.5;
+    const double expected[] = {q * std::pow(t, 5) / 20, q * std::pow(t, 4) / 8, q * std::pow(t, 3) / 6,
+                               q * std::pow(t, 4) / 8,  q * std::pow(t, 3) / 3, q * t * t / 2,
+                               q * std::pow(t, 3) / 6,  q * t * t / 2,          q * t};
+    for (unsigned int i = 0; i < 9; ++i)
+        EXPECT_NEAR(moving.covariance().data()[i], expected[i], 1e-15) << i;
+    EXPECT_THAT(elementsOf(vectorOf(moving.state())), testing::ElementsAre(1 + 2 * t + 3 * t * t / 2, 2 + 3 * t, 3));
+}
+
+TEST_F(KalmanFilterTest, CorrectsAsOpencvsFilterDoes) {
+    filter.predict(0.4);
+    cv::KalmanFilter peer(4, 1, 0, CV_64F);
+    matView(filter.covariance()).copyTo(peer.errorCovPre);
+    Vector values = vectorOf(filter.state());
+    matView(values).copyTo(peer.statePre);
+    Matrix observation(1, 2);  // twice the sum
+    observation.fill(2.0);
+    peer.measurementMatrix = (cv::Mat_<double>(1, 4) << 2, 2, 0, 0);
+    peer.measurementNoiseCov.setTo(5.0);
+    SquareMatrix noise(1);
+    noise.fill(5.0);
+    filter.correct(Vector::of(11), observation, noise);
+    peer.correct(cv::Mat(1, 1, CV_64F, cv::Scalar(11)));
+    values = vectorOf(filter.state());
+    EXPECT_LT(cv::norm(matView(values), peer.statePost, cv::NORM_INF), 1e-10);
+    EXPECT_LT(cv::norm(matView(filter.covariance()), peer.errorCovPost, cv::NORM_INF), 1e-10);
+}
+
+TEST_F(KalmanFilterTest, AMeasurementOfThePoseIsAnObservationOfAllOfIt) {
+    KalmanFilter withCovariance = filter, withObservation = filter;
+    SquareMatrix noise(2);
+    noise(0, 0) = 4.0;
+    noise(1, 1) = 9.0;
+    SquareMatrix pose(2);
+    eigenMap(pose).setIdentity();
+    filter.correct(Vector::of(7, 8));
+    withCovariance.correct(Vector::of(7, 8), noise);
+    withObservation.correct(Vector::of(7, 8), pose, noise);
+    EXPECT_NEAR(filter.state().getPoseData()[0], 4.0, 1e-12) << "half way";
+    for (const KalmanFilter* other : {&withCovariance, &withObservation}) {
+        EXPECT_EQ(elementsOf(vectorOf(other->state())), elementsOf(vectorOf(filter.state())));
+        EXPECT_EQ(elementsOf(other->covariance()), elementsOf(filter.covariance()));
+    }
+}
+
+TEST_F(KalmanFilterTest, GatesByTheDeviationsOfStateAndMeasurement) {
+    EXPECT_DOUBLE_EQ(filter.mahalanobisDistance(Vector::of(1 + std::sqrt(8.0), 2)), 1.0);
+    EXPECT_DOUBLE_EQ(filter.mahalanobisDistance(Vector::of(1, 2 + 2 * std::sqrt(18.0))), 2.0);
+}
+
+TEST_F(KalmanFilterTest, StartsFromWhatTheUserChanges) {
+    filter.state().setTimeStamp(10.0);
+    filter.state().setPoseData(Vector::of(100, 200));
+    filter.covariance()(0, 0) = 1e6;
+    filter.predict(11.0);
+    EXPECT_THAT(elementsOf(filter.state().getPoseData()), testing::ElementsAre(103, 204));
+    filter.correct(Vector::of(0, 0));
+    EXPECT_LT(filter.state().getPoseData()[0], 1.0) << "an uncertain state believes the measurement";
+}
+
+TEST_F(KalmanFilterTest, TheCovarianceStaysSymmetricAndPositiveSemidefinite) {
+    for (const int order : {1, 2, 3, 4}) {
+        KalmanFilter moving(counting(2, order), all(2, 1e7), all(2, 1.0));
+        for (int i = 1; i <= 30000; ++i) {
+            moving.predict(0.01 * i);
+            if (i % 3 != 0)
+                moving.correct(Vector::of(std::sin(0.01 * i), std::cos(0.01 * i)));
+            if (i % 1000 != 0)
+                continue;
+            const auto covariance = eigenMap(moving.covariance());
+            ASSERT_EQ(covariance, covariance.transpose()) << "step " << i;
+            const Eigen::VectorXd scale = covariance.diagonal().cwiseSqrt().cwiseInverse();
+            const Eigen::MatrixXd correlation = scale.asDiagonal() * covariance * scale.asDiagonal();
+            ASSERT_GT(Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd>(correlation).eigenvalues().minCoeff(), -1e-12)
+                << "order " << order << ", step " << i;
+        }
+    }
+}
+
+TEST_F(KalmanFilterTest, StopsOnBrokenContracts) {
+    const State state = counting(2, 2);
+    const Vector fine = Vector::of(1, 1);
+    const char* const deviations = "deviations are not as many as needed, finite and not negative";
+    for (const Vector& wrong : {Vector::of(1), Vector::of(1, -1), Vector::of(1, NOT_A_NUMBER),
+                                Vector::of(1, std::numeric_limits<double>::infinity())}) {
+        EXPECT_DEATH(KalmanFilter(state, wrong, fine), deviations) << wrong;
+        EXPECT_DEATH(KalmanFilter(state, fine, wrong), deviations) << wrong;
+    }
+    EXPECT_DEATH(filter.correct(Vector::of(1)), "do not fit each other");
+    EXPECT_DEATH(filter.correct(Vector::of(1, NOT_A_NUMBER)), "the measurement is not finite");
+    Matrix observation(2, 2);
+    observation.fill(NOT_A_NUMBER);
+    EXPECT_DEATH(filter.correct(fine, observation, filter.covariance()), "do not fit each other");
+    EXPECT_DEATH(KalmanFilter(state, fine, Vector::of(1, 0)), "a measurement deviation is 0");
+    EXPECT_DEATH(filter.predict(-0.1), "the time is before the state's");
+    EXPECT_DEATH(filter.predict(NOT_A_NUMBER), "the time is before the state's");
+    SquareMatrix noise(2);
+    EXPECT_DEATH(filter.correct(fine, noise), "not symmetric and positive definite");
+    eigenMap(noise).setIdentity();
+    noise(0, 1) = 0.5;
+    EXPECT_DEATH(filter.correct(fine, noise), "not symmetric and positive definite");
+    noise(0, 1) = 0.0;
+    EXPECT_DEATH(filter.correct(fine, Matrix(2, 3), noise), "do not fit each other");
+    EXPECT_DEATH(filter.correct(fine, Matrix(3, 2), noise), "do not fit each other");
+    EXPECT_DEATH(filter.correct(Vector(3), noise), "do not fit each other");
+    EXPECT_DEATH(filter.mahalanobisDistance(Vector::of(1)), "with poseDoF\\(\\) elements");
+    filter.covariance()(0, 0) = -100.0;
+    EXPECT_DEATH(filter.mahalanobisDistance(fine), "state's covariance is not positive semidefinite");
+    filter.covariance() = SquareMatrix(3);
+    EXPECT_DEATH(filter.predict(1.0), "has changed its dimension");
+}
+
+/// How likely a measurement of 3 and 4 with a deviation of 1 is.
+double gaussian(const State& state) {
+    const Vector pose = state.getPoseData();
+    return std::exp(-(std::pow(pose[0] - 3.0, 2) + std::pow(pose[1] - 4.0, 2)) / 2.0);
+}
+
+struct ParticleFilterTest : testing::Test {
+    ParticleFilter filter{counting(2, 2), 2000, all(4, 1.0), all(2, 0.5), 1};
+    ~ParticleFilterTest() override { cv::setNumThreads(-1); }
+};
+
+TEST_F(ParticleFilterTest, ItsMeanIsTheKalmanFilters) {
+    KalmanFilter exact(counting(2, 2), all(2, 0.5), all(2, 1.0));
+    eigenMap(exact.covariance()).setIdentity();
+    ParticleFilter particles(counting(2, 2), 20000, all(4, 1.0), all(2, 0.5));
+    for (const double time : {0.5, 1.0, 1.7}) {
+        exact.predict(time);
+        particles.predict(time);
+        exact.correct(Vector::of(3, 4));
+        ASSERT_TRUE(particles.correct(gaussian));
+        EXPECT_EQ(particles.state().getTimeStamp(), time);
+        const Vector expected = vectorOf(exact.state()), mean = vectorOf(particles.state());
+        for (unsigned int i = 0; i < 4; ++i)
+            EXPECT_NEAR(mean[i], expected[i], 0.2 * std::sqrt(exact.covariance()(i, i))) << i << " at " << time;
+    }
+}
+
+TEST_F(ParticleFilterTest, TheSameSeedGivesTheSameOnOneThreadAndOnTwo) {
+    ParticleFilter one = filter, other(counting(2, 2), 2000, all(4, 1.0), all(2, 0.5), 2);
+    EXPECT_NE(other.particles(), one.particles()) << "another seed";
+    const auto run = [](ParticleFilter& particles, int threads) {
+        cv::setNumThreads(threads);
+        for (const double time : {0.5, 1.0}) {
+            particles.predict(time);
+            particles.correct(gaussian);
+        }
+    };
+    run(one, 1);
+    run(filter, 2);
+    EXPECT_TRUE(one.particles() == filter.particles());
+    EXPECT_EQ(elementsOf(vectorOf(one.state())), elementsOf(vectorOf(filter.state())));
+}
+
+TEST_F(ParticleFilterTest, ResamplesWhenFewerThanHalfAreEffective) {
+    EXPECT_EQ(filter.effectiveParticles(), 2000.0);
+    ASSERT_EQ(filter.particles().size(), 8000U);
+    const std::vector<double> before = filter.particles();
+    filter.correct([](const State& state) { return state.getPoseData()[0] > 1.0 ? 1.0 : 0.7; });
+    EXPECT_EQ(filter.particles(), before) << "most are effective";
+    EXPECT_GT(filter.effectiveParticles(), 1900.0);
+    filter.correct([](const State& state) { return state.getPoseData()[0] > 2.0 ? 1.0 : 0.0; });
+    EXPECT_LT(filter.effectiveParticles(), 400.0);
+    const State mean = filter.state();
+    for (std::size_t i = 0; i < filter.particles().size(); i += 4)
+        ASSERT_GT(filter.particles()[i], 2.0) << "particle " << i / 4 << " is not likely";
+    filter.correct([](const State&) { return 7.0; });
+    EXPECT_NEAR(filter.effectiveParticles(), 2000.0, 1e-6) << "all weigh the same again";
+    EXPECT_NEAR(filter.state().getPoseData()[0], mean.getPoseData()[0], 0.05);
+}
+
+TEST_F(ParticleFilterTest, IsUnchangedWithoutALikelyParticleAndWhenTheLikelihoodThrows) {
+    filter.predict(0.5);
+    filter.correct(gaussian);
+    ParticleFilter before = filter;
+    EXPECT_FALSE(filter.correct([](const State&) { return 0.0; }));
+    EXPECT_THROW(filter.correct([](const State& state) -> double {
+        return state.getPoseData()[0] > 3.0 ? throw std::domain_error("no colours there") : 1.0;
+    }),
+                 std::domain_error);
+    EXPECT_TRUE(filter.particles() == before.particles());
+    EXPECT_EQ(filter.effectiveParticles(), before.effectiveParticles());
+    before.predict(1.0);
+    filter.predict(1.0);
+    EXPECT_TRUE(filter.particles() == before.particles()) << "and its random numbers";
+    EXPECT_EQ(elementsOf(vectorOf(filter.state())), elementsOf(vectorOf(before.state())));
+}
+
+TEST_F(ParticleFilterTest, APredictionToTheSameTimeMovesNothing) {
+    const std::vector<double> before = filter.particles();
+    filter.predict(0.0);
+    EXPECT_TRUE(filter.particles() == before);
+}
+
+TEST_F(ParticleFilterTest, StopsOnBrokenContracts) {
+    const State state = counting(2, 2);
+    const char* const deviations = "deviations are not as many as needed, finite and not negative";
+    EXPECT_DEATH(ParticleFilter(state, 0, all(4, 1), all(2, 1)), "no particles");
+    EXPECT_DEATH(ParticleFilter(state, 9, all(2, 1), all(2, 1)), deviations);
+    EXPECT_DEATH(ParticleFilter(state, 9, all(4, 1), all(4, 1)), deviations);
+    EXPECT_DEATH(ParticleFilter(state, 9, all(4, NOT_A_NUMBER), all(2, 1)), deviations);
+    EXPECT_DEATH(ParticleFilter(state, 9, all(4, 1), all(2, -1)), deviations);
+    EXPECT_THROW(ParticleFilter(state, static_cast<std::size_t>(-1), all(4, 1), all(2, 1)), std::bad_alloc);
+    EXPECT_DEATH(filter.predict(-1.0), "the time is before the state's");
+    EXPECT_DEATH(filter.correct(nullptr), "there is no likelihood");
+    cv::setNumThreads(1);
+    for (const double wrong : {-1.0, NOT_A_NUMBER, std::numeric_limits<double>::infinity()})
+        EXPECT_DEATH(filter.correct([=](const State&) { return wrong; }), "a likelihood is negative or not finite");
+}
+
+}  // namespace

@@ -1,0 +1,210 @@
+#include <opencv2/videoio.hpp>
+#include <tarvos/core/Contract.h>
+#include <tarvos/core/FileDescriptor.h>
+#include <tarvos/core/Report.h>
+#include <tarvos/core/cvdata/MatView.h>
+#include <tarvos/video/FrameSource.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cmath>
+#include <fcntl.h>
+#include <filesystem>
+#include <iostream>
+#include <limits>
+#include <stdexcept>
+#include <strings.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace tarvos::video {
+
+namespace {
+
+namespace fs = std::filesystem;
+using core::cvdata::Image;
+
+/// For inputs that state no rate: what most cameras deliver.
+constexpr double DEFAULT_RATE = 25.0;
+/// A rate above is a container's time base.
+constexpr double MAX_RATE = 10'000.0;
+/// A stamp further from 0, in seconds, is none: FFmpeg's mark of a missing one, in whatever time base.
+constexpr double MAX_STAMP = 1e8;
+/// A longer gap between two stamps, in seconds, is a jump.
+constexpr double MAX_GAP = 60.0;
+
+/// The times of frames, from stamps that may be missing or jump.
+class Clock {
+public:
+    double time() const { return mTime; }
+    /// Takes the stamp of the next frame, in seconds. One that makes no sense is replaced by the @p rate.
+    void tick(double stamp, double rate) {
+        const double gap = stamp - mStamp;
+        const bool isSensible =
+            std::abs(stamp) < MAX_STAMP && gap > 0.5 / MAX_RATE && gap < std::max(MAX_GAP, 10.0 / rate);
+        if (mIsStarted)
+            mTime = isSensible ? stamp + mOffset : mTime + 1.0 / rate;
+        if (!mIsStarted || !isSensible)
+            mOffset = mTime - stamp;
+        mStamp = stamp;
+        mIsStarted = true;
+    }
+
+private:
+    double mTime = 0.0;
+    double mStamp = 0.0;
+    double mOffset = 0.0;  ///< from the stamps to the times
+    bool mIsStarted = false;
+};
+
+/// A video file or a camera.
+class Capture : public FrameSource {
+public:
+    explicit Capture(const std::string& path) {
+        // Absolute: FFmpeg reads "x:" as a protocol.
+        if (!mCapture.open(fs::absolute(path), cv::CAP_FFMPEG))
+            throw std::runtime_error("cannot decode the video " + path);
+    }
+    explicit Capture(int camera) : mIsCamera(true) {
+        if (!mCapture.open(camera, cv::CAP_V4L2))
+            throw std::runtime_error("cannot open camera " + std::to_string(camera));
+    }
+
+    bool read(Image& frame) override {
+        if (!mCapture.read(mDecoded) || mDecoded.empty())
+            return false;
+        if (mDecoded.type() != CV_8UC3)
+            throw std::runtime_error("the input has no 8-bit colour frames");
+        // A camera's clock is the time of arrival: who is slower than the camera misses frames.
+        const std::chrono::duration<double> now = std::chrono::steady_clock::now() - mStart;
+        mClock.tick(mIsCamera ? now.count() : mCapture.get(cv::CAP_PROP_POS_MSEC) / 1000.0, frameRate());
+        if (frame.width() != mDecoded.cols || frame.height() != mDecoded.rows ||
+            frame.channels() != Image::CHANNELS_BGR || frame.bitsPerChannel() != Image::BITS_8U)
+            frame = Image(mDecoded.cols, mDecoded.rows, Image::CHANNELS_BGR, Image::BITS_8U);
+        mDecoded.copyTo(matView(frame));
+        ++mNumber;
+        return true;
+    }
+    double time() const override { return mClock.time(); }
+    double frameRate() const override {
+        const double rate = mCapture.get(cv::CAP_PROP_FPS);
+        return rate > 0.0 && rate <= MAX_RATE ? rate : DEFAULT_RATE;
+    }
+    int frameCount() const override {
+        const double count = mIsCamera ? 0.0 : mCapture.get(cv::CAP_PROP_FRAME_COUNT);
+        return count > 0.0 && count <= std::numeric_limits<int>::max() ? static_cast<int>(count) : 0;
+    }
+
+private:
+    bool mIsCamera = false;
+    std::chrono::steady_clock::time_point mStart = std::chrono::steady_clock::now();
+    Clock mClock;
+    cv::VideoCapture mCapture;
+    cv::Mat mDecoded;
+};
+
+/// What sorts names in natural order: numbers without leading zeros, their lengths before them.
+std::string naturalKey(const std::string& name) {
+    std::string key;
+    for (std::size_t i = 0; i < name.size();) {
+        const std::size_t end = std::min(name.find_first_not_of("0123456789", i), name.size());
+        const std::size_t start = std::min(name.find_first_not_of('0', i), end);
+        if (end > i)
+            key.append({'0', static_cast<char>(end - start)}).append(name, start, end - start);
+        else
+            key += name[end];
+        i = std::max(end, i + 1);
+    }
+    return key;
+}
+
+/// Whether a file is an image by the ending of its name.
+bool isImage(const fs::path& path) {
+    static const char* const ENDINGS[] = {".png", ".jpg", ".jpeg", ".bmp", ".ppm", ".pgm", ".tif", ".tiff", ".webp"};
+    return std::any_of(std::begin(ENDINGS), std::end(ENDINGS),
+                       [&](const char* ending) { return strcasecmp(ending, path.extension().c_str()) == 0; });
+}
+
+/// @p text with its control characters replaced, so that a name cannot pose as a line of its own.
+std::string printable(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char c) { return c < ' ' || c == 127; }, '?');
+    return text;
+}
+
+class ImageDirectory : public FrameSource {
+public:
+    ImageDirectory(const std::string& path, double rate) : mRate(rate) {
+        std::error_code ignored;
+        for (const fs::directory_entry& entry : fs::directory_iterator(path))
+            if (isImage(entry.path()) && !entry.is_directory(ignored))
+                mPaths.emplace_back(naturalKey(entry.path().filename()), entry.path());
+        if (mPaths.empty())
+            throw std::runtime_error("there are no images in the directory " + path);
+        std::sort(mPaths.begin(), mPaths.end());
+    }
+
+    bool read(Image& frame) override {
+        for (; mNext < mPaths.size(); ++mNext) {
+            const std::string& path = mPaths[mNext].second;
+            const Image loaded = load(path);
+            const cv::Size size(loaded.width(), loaded.height());
+            if (mSize.empty())
+                mSize = size;
+            if (!loaded.empty() && size == mSize) {
+                frame = loaded;
+                mNumber = static_cast<int>(mNext++);
+                return true;
+            }
+            if (!loaded.empty())
+                core::report(std::cerr, "Skipped " + printable(path) +
+                                            cv::format(", which is %dx%d pixels, the frames before it %dx%d",
+                                                       size.width, size.height, mSize.width, mSize.height));
+        }
+        return false;
+    }
+    double time() const override { return std::max(mNumber, 0) / mRate; }
+    double frameRate() const override { return mRate; }
+    int frameCount() const override { return static_cast<int>(mPaths.size()); }
+
+private:
+    double mRate;
+    std::vector<std::pair<std::string, std::string>> mPaths;  ///< behind the keys that sort them
+    std::size_t mNext = 0;
+    cv::Size mSize;
+
+    /// Loads an image, under another name where a failure would print control characters.
+    static Image load(const std::string& path) {
+        if (printable(path) == path)
+            return Image(path);
+        const core::FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+        Image image("/proc/self/fd/" + std::to_string(file.get()));
+        if (image.empty())
+            core::report(std::cerr, "Skipped " + printable(path));
+        return image;
+    }
+};
+
+}  // namespace
+
+FrameSource::~FrameSource() = default;
+
+std::unique_ptr<FrameSource> FrameSource::open(const std::string& path, double rate) {
+    TARVOS_REQUIRE((rate > 0.0 && std::isfinite(rate)) && "FrameSource: the rate is not above 0 and finite.");
+    if (access(path.c_str(), R_OK) != 0)
+        throw std::runtime_error(path + ": " + std::generic_category().message(errno));
+    if (fs::is_directory(path))
+        return std::make_unique<ImageDirectory>(path, rate);
+    if (!fs::is_regular_file(path))
+        throw std::runtime_error(path + " is neither a directory nor a regular file");
+    return std::make_unique<Capture>(path);
+}
+
+std::unique_ptr<FrameSource> FrameSource::openCamera(int number) {
+    return std::make_unique<Capture>(number);
+}
+
+}  // namespace tarvos::video

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <tarvos/core/Export.h>
+#include <tarvos/core/cvdata/Image.h>
+
+#include <memory>
+#include <string>
+
+/// Frames in and out: video files, directories of images, cameras.
+namespace tarvos::video {
+
+/// The frames of a video file, a directory of images or a camera, one after the other.
+///
+/// All frames are 8-bit BGR and of one size. Of a directory's images, those that cannot be read, or differ in size from
+/// the first, are named on standard error and skipped; they leave a gap in number() and time(). An input that cannot be
+/// used at all throws `std::runtime_error` with the reason, or the file system's own error.
+///
+/// OpenCV and FFmpeg may write messages of their own; an application that does not want them sets their log levels.
+///
+/// @snippet video.cpp source
+/// @ingroup video
+class TARVOS_CORE_EXPORT FrameSource {
+public:
+    virtual ~FrameSource();
+    FrameSource(const FrameSource&) = delete;
+    FrameSource& operator=(const FrameSource&) = delete;
+
+    /// Opens the directory or the video file at @p path. A directory's images (.png, .jpg, .jpeg, .bmp, .ppm, .pgm,
+    /// .tif, .tiff and .webp, in any case) are read in the order of their names, in which numbers count as numbers:
+    /// f2.png comes before f10.png. They follow each other at @p rate frames per second, which a video file states
+    /// itself; a rate that is not above 0 or not finite aborts.
+    static std::unique_ptr<FrameSource> open(const std::string& path, double rate = 25.0);
+    /// Opens a camera of the system; the first has the number 0.
+    static std::unique_ptr<FrameSource> openCamera(int number);
+
+    /// Reads the next frame into @p frame. False at the end; @p frame is then unchanged.
+    virtual bool read(core::cvdata::Image& frame) = 0;
+    /// The time of the frame read last, in seconds since the first; it always increases. Of a video by its own time
+    /// stamps, which need not be evenly spaced (where they are missing or make no sense, by the frame rate); of a
+    /// directory by the rate; of a camera when the frame arrived. 0 before the first.
+    virtual double time() const = 0;
+    /// Frames per second, on average in a video whose frames are not evenly spaced. 25 where the input states none that
+    /// makes sense.
+    virtual double frameRate() const = 0;
+    /// The number of frames according to the input, which a container may only estimate; 0 if it is unknown.
+    virtual int frameCount() const = 0;
+
+    /// The number of the frame read last, counted from 0; -1 before the first.
+    int number() const { return mNumber; }
+
+protected:
+    FrameSource() = default;
+    int mNumber = -1;  ///< what number() returns
+};
+
+}  // namespace tarvos::video

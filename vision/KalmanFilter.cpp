@@ -1,0 +1,140 @@
+#include <Eigen/Cholesky>
+#include <tarvos/core/Contract.h>
+#include <tarvos/math/EigenMap.h>
+#include <tarvos/vision/KalmanFilter.h>
+#include <tarvos/vision/MotionModel.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarvos::vision {
+
+namespace {
+
+using math::eigenMap;
+using math::EigenMatrix;
+using math::SquareMatrix;
+using math::Vector;
+
+bool isFinite(const math::Matrix& matrix) {
+    return std::all_of(matrix.begin(), matrix.end(), [](double element) { return std::isfinite(element); });
+}
+
+void requirePositiveDefinite(const SquareMatrix& covariance) {
+    TARVOS_REQUIRE((covariance.rows() == covariance.cols() &&
+                    eigenMap(covariance).isApprox(eigenMap(covariance).transpose()) &&
+                    eigenMap(covariance).llt().info() == Eigen::Success) &&
+                   "KalmanFilter: the measurement's covariance is not symmetric and positive definite.");
+}
+
+Eigen::LLT<EigenMatrix> factorsOf(const EigenMatrix& covariance) {
+    Eigen::LLT<EigenMatrix> factors(covariance);
+    TARVOS_REQUIRE((factors.info() == Eigen::Success) &&
+                   "KalmanFilter: the state's covariance is not positive semidefinite.");
+    return factors;
+}
+
+}  // namespace
+
+KalmanFilter::KalmanFilter(const core::State& initial, const Vector& processDeviation,
+                           const Vector& measurementDeviation)
+    : mState(initial), mProcessDeviation(processDeviation) {
+    const int dof = initial.poseDoF();
+    motion::requireDeviations(processDeviation, dof);
+    motion::requireDeviations(measurementDeviation, dof);
+    TARVOS_REQUIRE((std::count(measurementDeviation.begin(), measurementDeviation.end(), 0.0) == 0) &&
+                   "KalmanFilter: a measurement deviation is 0.");
+    mCovariance = SquareMatrix(static_cast<unsigned int>(initial.stateIncDimension()));
+    mMeasurementCovariance = SquareMatrix(measurementDeviation.dimension());
+    auto covariance = eigenMap(mCovariance);
+    covariance.diagonal() = eigenMap(processDeviation).array().square().matrix().replicate(initial.getMaxOrder(), 1);
+    eigenMap(mMeasurementCovariance).diagonal() = eigenMap(measurementDeviation).array().square();
+    covariance.topLeftCorner(dof, dof) = eigenMap(mMeasurementCovariance);
+}
+
+void KalmanFilter::predict(double time) {
+    const double dt = motion::timeTo(time, mState);
+    const int order = mState.getMaxOrder();
+    const Eigen::Index dof = mState.poseDoF();
+    const Eigen::MatrixXd noise = motion::unitNoise(dt, order);
+    Vector vector = packed();
+    SquareMatrix predicted(mCovariance);
+    auto x = eigenMap(vector);
+    auto covariance = eigenMap(predicted);
+    motion::advance(dt, order, [&](int to, int from, double factor) {
+        x.middleRows(to * dof, dof) += factor * x.middleRows(from * dof, dof);
+        covariance.middleRows(to * dof, dof) += factor * covariance.middleRows(from * dof, dof);
+    });
+    motion::advance(dt, order, [&](int to, int from, double factor) {
+        covariance.middleCols(to * dof, dof) += factor * covariance.middleCols(from * dof, dof);
+    });
+    for (int row = 0; row < order; ++row)
+        for (int col = 0; col < order; ++col)
+            covariance.block(row * dof, col * dof, dof, dof).diagonal().array() +=
+                noise(row, col) * eigenMap(mProcessDeviation).array().square();
+    mState.setIncDataFromVector(vector, -1);
+    mState.setTimeStamp(time);
+    eigenMap(mCovariance) = (covariance + covariance.transpose()) / 2.0;
+}
+
+void KalmanFilter::correct(const Vector& measurement) {
+    update(measurement, nullptr, mMeasurementCovariance);
+}
+
+void KalmanFilter::correct(const Vector& measurement, const SquareMatrix& covariance) {
+    requirePositiveDefinite(covariance);
+    update(measurement, nullptr, covariance);
+}
+
+void KalmanFilter::correct(const Vector& measurement, const math::Matrix& observation, const SquareMatrix& covariance) {
+    requirePositiveDefinite(covariance);
+    update(measurement, &observation, covariance);
+}
+
+/// Corrects by a measurement of the whole pose, where @p observation is null, or of what it says.
+void KalmanFilter::update(const Vector& measurement, const math::Matrix* observation, const SquareMatrix& covariance) {
+    const auto dof = static_cast<unsigned int>(mState.poseDoF());
+    const unsigned int size = observation != nullptr ? observation->rows() : dof;
+    TARVOS_REQUIRE((measurement.dimension() == size && covariance.rows() == size && covariance.cols() == size &&
+                    (observation == nullptr || observation->cols() == dof)) &&
+                   "KalmanFilter: measurement, observation and covariance do not fit each other.");
+    TARVOS_REQUIRE((isFinite(measurement) && (observation == nullptr || isFinite(*observation))) &&
+                   "KalmanFilter: the measurement is not finite.");
+    /// The columns that are measured, of the columns of the pose.
+    const auto observed = [&](const EigenMatrix& columns) -> EigenMatrix {
+        if (observation == nullptr)
+            return columns;
+        return columns.lazyProduct(eigenMap(*observation).transpose());
+    };
+    Vector vector = packed();
+    auto x = eigenMap(vector);
+    const auto noise = eigenMap(covariance);
+    EigenMatrix posterior = eigenMap(mCovariance);
+    const EigenMatrix cross = observed(posterior.leftCols(dof));
+    const EigenMatrix innovation = observed(cross.topRows(dof).transpose()).transpose() + noise;
+    const EigenMatrix gain = factorsOf(innovation).solve(cross.transpose()).transpose();
+    x += gain * (eigenMap(measurement) - observed(x.topRows(dof).transpose()).transpose());
+    // Joseph's form, which rounding leaves positive semidefinite.
+    posterior.noalias() -= gain * cross.transpose();
+    const EigenMatrix remaining = observed(posterior.leftCols(dof)) - gain * noise;
+    posterior.noalias() -= remaining * gain.transpose();
+    mState.setIncDataFromVector(vector, -1);
+    eigenMap(mCovariance) = (posterior + posterior.transpose()) / 2.0;
+}
+
+double KalmanFilter::mahalanobisDistance(const Vector& measurement) const {
+    TARVOS_REQUIRE((measurement.dimension() == mMeasurementCovariance.rows() && isFinite(measurement)) &&
+                   "KalmanFilter: the measurement is not finite, with poseDoF() elements.");
+    const Vector vector = packed();
+    const Eigen::Index dof = mState.poseDoF();
+    const Eigen::LLT<EigenMatrix> innovation =
+        factorsOf(eigenMap(mCovariance).topLeftCorner(dof, dof) + eigenMap(mMeasurementCovariance));
+    return innovation.matrixL().solve(eigenMap(measurement) - eigenMap(vector).topRows(dof)).norm();
+}
+
+/// The state as a vector, which the covariance still fits.
+Vector KalmanFilter::packed() const {
+    return motion::vectorOf(mState, mCovariance.rows() == mCovariance.cols() ? mCovariance.rows() : 0);
+}
+
+}  // namespace tarvos::vision

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <tarvos/core/Export.h>
+#include <tarvos/core/trackingdata/State.h>
+#include <tarvos/math/SquareMatrix.h>
+#include <tarvos/math/Vector.h>
+
+namespace tarvos::vision {
+
+/// A Kalman filter over the incremental form of a State, with any pose and any number of derivatives: it predicts the
+/// pose and its derivatives to the time of a frame, and corrects them by what was measured there.
+///
+/// The state moves by its Taylor series, over the real time between predictions. The derivative above the highest in
+/// the state is continuous white noise: the process deviation is the standard deviation by which the highest derivative
+/// drifts in one second (or whatever the unit of the time stamps is), one number for each degree of freedom. A
+/// prediction in two steps is thus the prediction in one, whatever the frame rate. Measurements are independent with
+/// normal errors.
+///
+/// state() and covariance() are the only truth: what the user changes there is what the next step starts from.
+///
+/// Vectors and matrices of the wrong size, deviations that are negative or not finite, a measurement deviation of 0, a
+/// measurement that is not finite, a covariance of one that is not symmetric and positive definite, and a time before
+/// the state's abort. The cost of a step grows with the cube of stateIncDimension(); with 4 degrees of freedom and
+/// velocities it is some microseconds.
+///
+/// @snippet vision.cpp kalman
+/// @ingroup vision
+class TARVOS_CORE_EXPORT KalmanFilter {
+public:
+    /// Starts from @p initial. @p processDeviation and @p measurementDeviation have poseDoF() elements. The initial
+    /// covariance is the measurement's for the pose and the squared process deviation for each derivative.
+    KalmanFilter(const core::State& initial, const math::Vector& processDeviation,
+                 const math::Vector& measurementDeviation);
+
+    /// Moves the state on to @p time, which is not before the state's.
+    void predict(double time);
+    /// Corrects the state by a @p measurement of the pose's incremental data, poseDoF() elements, with the measurement
+    /// deviation given at construction.
+    void correct(const math::Vector& measurement);
+    /// The same with a @p covariance of this measurement, poseDoF() x poseDoF().
+    void correct(const math::Vector& measurement, const math::SquareMatrix& covariance);
+    /// Corrects the state by a @p measurement of m elements that is @p observation (m x poseDoF()) times the pose's
+    /// incremental data, with a @p covariance of m x m.
+    void correct(const math::Vector& measurement, const math::Matrix& observation,
+                 const math::SquareMatrix& covariance);
+
+    /// How far @p measurement, of poseDoF() elements, lies from the state, in standard deviations of both together. For
+    /// gating: its square has the chi-squared distribution with poseDoF() degrees of freedom.
+    double mahalanobisDistance(const math::Vector& measurement) const;
+
+    /// The estimate.
+    core::State& state() { return mState; }
+    /// The estimate, read-only.
+    const core::State& state() const { return mState; }
+    /// The covariance of the estimate's incremental form, stateIncDimension() squared: symmetric and positive
+    /// semidefinite.
+    math::SquareMatrix& covariance() { return mCovariance; }
+    /// The covariance, read-only.
+    const math::SquareMatrix& covariance() const { return mCovariance; }
+
+private:
+    core::State mState;
+    math::Vector mProcessDeviation;
+    math::SquareMatrix mMeasurementCovariance;
+    math::SquareMatrix mCovariance;
+
+    math::Vector packed() const;
+    void update(const math::Vector& measurement, const math::Matrix* observation, const math::SquareMatrix& covariance);
+};
+
+}  // namespace tarvos::vision

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <opencv2/core.hpp>
+#include <tarvos/core/Export.h>
+#include <tarvos/core/trackingdata/State.h>
+#include <tarvos/math/Vector.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+namespace tarvos::vision {
+
+/// A particle filter over the incremental form of a State: it carries many samples of the state, moves them by the
+/// motion model of KalmanFilter with random noise, and weighs them by any likelihood, for instance of the colours in a
+/// box.
+///
+/// The likelihood of a particle is asked for by several threads at once (`cv::parallel_for_`; `cv::setNumThreads(1)`
+/// makes it one), each with a State of its own. The same seed gives the same particles whatever the number of threads.
+///
+/// Vectors of the wrong size, deviations that are negative or not finite, no particles, a time before the state's, no
+/// likelihood or one that returns a number that is negative or not finite abort. When an operation throws, the filter
+/// is unchanged.
+///
+/// @snippet vision.cpp particles
+/// @ingroup vision
+class TARVOS_CORE_EXPORT ParticleFilter {
+public:
+    /// Draws so many @p particles around @p initial, with the standard deviations @p initialDeviation of its
+    /// incremental form (stateIncDimension() elements). @p processDeviation, poseDoF() elements, is the one of
+    /// KalmanFilter.
+    ParticleFilter(const core::State& initial, std::size_t particles, const math::Vector& initialDeviation,
+                   const math::Vector& processDeviation, std::uint32_t seed = 0);
+
+    /// Moves the particles on to @p time, which is not before the state's.
+    void predict(double time);
+    /// Multiplies the weight of each particle by its @p likelihood, 0 or more, which need not be normalised; then
+    /// resamples when fewer than half of the particles are effective. False, and nothing changed, if no particle is
+    /// likely; an exception of the likelihood passes through, and nothing is changed.
+    bool correct(const std::function<double(const core::State&)>& likelihood);
+
+    /// The estimate: the weighted mean of the particles, at the time of the last prediction.
+    const core::State& state() const { return mState; }
+    /// How many equally weighted particles the estimate is worth: 1 / (sum of the squared weights), before the last
+    /// correction resampled.
+    double effectiveParticles() const { return mEffective; }
+    /// The particles one after the other, stateIncDimension() elements each: their incremental forms.
+    const std::vector<double>& particles() const { return mParticles; }
+
+private:
+    core::State mState;
+    math::Vector mProcessDeviation;
+    std::vector<double> mParticles;
+    std::vector<double> mWeights;  ///< which sum to 1
+    double mEffective;
+    cv::RNG mRandom;
+
+    static math::Vector meanOf(std::vector<double>& particles, std::vector<double>& weights);
+    std::vector<double> resampled(const std::vector<double>& weights, double offset) const;
+};
+
+}  // namespace tarvos::vision
