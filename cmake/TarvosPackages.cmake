@@ -7,7 +7,7 @@ set(CPACK_PACKAGE_CONTACT "Tarvos developers <developers@tarvos.example>")
 set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
-set(CPACK_COMPONENTS_ALL Runtime Development Documentation)
+set(CPACK_COMPONENTS_ALL Runtime Development VisionRuntime VisionDevelopment VideoRuntime VideoDevelopment Documentation)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
@@ -40,6 +40,40 @@ set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "visual tracking framework, files for d
 ${_about}
 This package contains the headers, the CMake package and the pkg-config files.")
 
+# What stands on these: a library with its files for development each.
+foreach(name Vision Video)
+  string(TOUPPER ${name} _upper)
+  string(TOLOWER ${name} _lower)
+  set(_library libtarvos-${_lower}${PROJECT_VERSION_MAJOR})
+  set(CPACK_DEBIAN_${_upper}RUNTIME_PACKAGE_NAME ${_library})
+  set(CPACK_DEBIAN_${_upper}RUNTIME_PACKAGE_SECTION libs)
+  set(CPACK_DEBIAN_${_upper}RUNTIME_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_${_upper}RUNTIME_PACKAGE_CONTROL_EXTRA
+    ${CMAKE_CURRENT_LIST_DIR}/debian/triggers ${PROJECT_BINARY_DIR}/debian/${_lower}/shlibs)
+  set(CPACK_DEBIAN_${_upper}RUNTIME_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+  file(WRITE ${PROJECT_BINARY_DIR}/debian/${_lower}/shlibs
+    "libtarvos${name}S ${PROJECT_VERSION_MAJOR} ${_library} (>= ${PROJECT_VERSION})\n")
+  set(CPACK_DEBIAN_${_upper}DEVELOPMENT_PACKAGE_NAME libtarvos-${_lower}-dev)
+  set(CPACK_DEBIAN_${_upper}DEVELOPMENT_PACKAGE_SECTION libdevel)
+  set(CPACK_DEBIAN_${_upper}DEVELOPMENT_PACKAGE_DEPENDS
+    "${_library} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}), libtarvos-dev (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}), libopencv-dev (>= 4.5)")
+endforeach()
+set(CPACK_DEBIAN_VISIONRUNTIME_DESCRIPTION "visual tracking framework, histograms, regions and filters
+${_about}
+This package contains the library that works on it: it fills histograms, marks
+skin, finds regions and filters states.")
+set(CPACK_DEBIAN_VISIONDEVELOPMENT_DESCRIPTION "visual tracking framework, files for development with regions and filters
+${_about}
+This package contains the headers, the CMake package and the pkg-config file of
+the library that fills histograms, marks skin, finds regions and filters states.")
+set(CPACK_DEBIAN_VIDEORUNTIME_DESCRIPTION "visual tracking framework, frames in and out
+${_about}
+This package contains the library that reads and writes videos.")
+set(CPACK_DEBIAN_VIDEODEVELOPMENT_DESCRIPTION "visual tracking framework, files for development with videos
+${_about}
+This package contains the headers, the CMake package and the pkg-config file of
+the library that reads and writes videos.")
+
 set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_NAME libtarvos-doc)
 set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_SECTION doc)
 set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)
@@ -55,15 +89,18 @@ execute_process(COMMAND ${GZIP} -9nc ${PROJECT_SOURCE_DIR}/CHANGELOG.md
 configure_file(${CMAKE_CURRENT_LIST_DIR}/debian/changelog.in ${PROJECT_BINARY_DIR}/debian/changelog @ONLY)
 execute_process(COMMAND ${GZIP} -9nc ${PROJECT_BINARY_DIR}/debian/changelog
   OUTPUT_FILE ${PROJECT_BINARY_DIR}/debian/changelog.Debian.gz COMMAND_ERROR_IS_FATAL ANY)
-foreach(component Runtime Development Documentation)
+foreach(component IN LISTS CPACK_COMPONENTS_ALL)
   string(TOUPPER ${component} _upper)
   set(_package ${CPACK_DEBIAN_${_upper}_PACKAGE_NAME})
   install(FILES ${CMAKE_CURRENT_LIST_DIR}/debian/copyright ${PROJECT_BINARY_DIR}/debian/changelog.gz
     ${PROJECT_BINARY_DIR}/debian/changelog.Debian.gz
     DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${_package} COMPONENT ${component})
 endforeach()
-install(FILES ${CMAKE_CURRENT_LIST_DIR}/debian/overrides RENAME ${_runtime}
-  DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides COMPONENT Runtime)
+foreach(component Runtime VisionRuntime VideoRuntime)
+  string(TOUPPER ${component} _upper)
+  install(FILES ${CMAKE_CURRENT_LIST_DIR}/debian/overrides RENAME ${CPACK_DEBIAN_${_upper}_PACKAGE_NAME}
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides COMPONENT ${component})
+endforeach()
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/build/docs/html
   DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libtarvos-doc COMPONENT Documentation
   PATTERN "*.md5" EXCLUDE

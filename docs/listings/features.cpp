@@ -30,8 +30,7 @@ int main() {
     const unsigned int hue = 100, saturation = 114, value = 200;
     //! [histogram]
     ColourHist2d histogram(30, 32, 16);  // bins of hue, saturation and value
-    const unsigned int bin =
-        hue * 30 / 180 + 30 * (saturation * 32 / 256) + 30 * 32 * (value * 16 / 256);
+    const unsigned int bin = (hue * 30 / 180 * 32 + saturation * 32 / 256) * 16 + value * 16 / 256;
     histogram.data()[bin] += 1.0;
     //! [histogram]
 

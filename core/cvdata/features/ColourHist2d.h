@@ -11,8 +11,8 @@ namespace tarvos::core::cvdata {
 /// A histogram over three colour channels with a number of bins for each: a flat vector of bins1 x bins2 x bins3
 /// doubles, and its shape.
 ///
-/// What colour an entry stands for is the application's choice; bins1 x bins2 entries make a plane. A new histogram,
-/// and one whose shape was changed, is zero.
+/// What colour an entry stands for is the application's choice; `vision/Histogram.h` fills it in the order of OpenCV's
+/// histograms. A new histogram, and one whose shape was changed, is zero.
 ///
 /// Class invariant: the vector has getBinsTotal() elements. Only an assignment to data() can break it. A histogram that
 /// was moved from has no vector until it is assigned to or gets one by setBins().
