@@ -1,7 +1,6 @@
 #include <tarvos/core/Contract.h>
 
-// The C library's own reporter gives the form of the line, flushes and aborts. It is declared only where assertions
-// are on, and defined always.
+// glibc's own reporter gives the line's form, flushes and aborts. It declares __assert_fail only without NDEBUG.
 #undef NDEBUG
 #include <cassert>
 

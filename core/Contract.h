@@ -3,7 +3,7 @@
 #include <tarvos/core/Export.h>
 
 /// @file
-/// Contract checks: a broken contract is a bug in the caller and stops the process, in every build type.
+/// Contract checks: a broken contract is a bug in the caller and aborts, in every build type.
 
 namespace tarvos::core {
 
@@ -13,7 +13,7 @@ namespace tarvos::core {
 
 }  // namespace tarvos::core
 
-/// Stops the process unless the condition holds. A message is joined to the condition as a literal:
+/// Aborts unless the condition holds. A message is joined to the condition as a literal:
 /// `TARVOS_REQUIRE((row < rows()) && "row index is out of range")`. The diagnostic prints the condition as it reads
 /// after macro expansion, hence the next macro.
 #define TARVOS_REQUIRE(...) TARVOS_REQUIRE_EXPANDED(__VA_ARGS__)

@@ -16,7 +16,7 @@ namespace tarvos::core {
 /// @ingroup foundation
 class TARVOS_CORE_EXPORT Exception : public std::exception {
 public:
-    /// Stores and reports @p msg. Never throws: if the line that is printed cannot be allocated, the process ends.
+    /// Stores and reports @p msg. Never throws: if the line that is printed cannot be allocated, it terminates.
     Exception(std::string msg) noexcept;  // not explicit, so that a message can be thrown or passed as one
     ~Exception() override;
 

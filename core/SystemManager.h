@@ -8,7 +8,7 @@ namespace tarvos::core {
 ///
 /// The application decides whether and when. GLUT is initialised once per process, by the first call unless the
 /// application has done it; the context belongs to the thread that made it. An X display is required: without one, GLUT
-/// ends the process. The application may run GLUT's main loop for its own windows.
+/// exits. The application may run GLUT's main loop for its own windows.
 ///
 /// @snippet graphics.cpp context
 /// @ingroup graphics
@@ -26,8 +26,8 @@ public:
     ///
     /// With @p checkCapabilities it prints the GPU's vendor, what it supports and its limits to standard output. If
     /// GLEW cannot be initialised or a capability is missing (shaders, framebuffer objects, rectangle textures), it
-    /// prints a message and ends the process with `exit(-1)` (status 255). Vertex buffer objects and geometry shaders
-    /// are optional. Stops the process when @p title is null.
+    /// prints a message and exits with `exit(-1)` (status 255). Vertex buffer objects and geometry shaders
+    /// are optional. Aborts when @p title is null.
     void initOpenGLContext(int width, int height, int posX, int posY, const char* title, bool checkCapabilities);
 
 private:

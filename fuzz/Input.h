@@ -35,7 +35,7 @@ private:
     const std::uint8_t* mEnd;
 };
 
-/// Prints what is not true after which operations and ends the process, which is how a fuzzer learns of it.
+/// Prints what is not true after which operations and exits, which is how a fuzzer learns of it.
 #define FUZZ_CHECK(condition)                                                                              \
     ((condition) ? void()                                                                                  \
                  : (void(std::cerr << __FILE__ << ":" << __LINE__ << ": not true: " #condition "\nafter\n" \

@@ -53,7 +53,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         else if (i + 1 < words.size())
             record->second = {false, true, words[++i]};
         else
-            return 0;  // which ends the process
+            return 0;  // which exits
     }
     parser.parse();
     parser.parse();  // which changes nothing

@@ -13,12 +13,12 @@ namespace tarvos::math {
 inline cv::Mat matView(Matrix& matrix) {
     return {static_cast<int>(matrix.rows()), static_cast<int>(matrix.cols()), CV_64FC1, matrix.data()};
 }
-/// A read-only view of @p matrix. Only the const result says so: a copy of it is writable.
+/// A read-only view of @p matrix. Copying the result drops constness.
 /// @ingroup math
 inline const cv::Mat matView(const Matrix& matrix) {
     return matView(const_cast<Matrix&>(matrix));
 }
-/// A view would outlive a temporary matrix.
+/// Deleted: the view would dangle.
 cv::Mat matView(const Matrix&& matrix) = delete;
 
 }  // namespace tarvos::math

@@ -14,7 +14,7 @@ namespace tarvos::math {
 ///
 /// Up to 9 elements (a 3 x 3 matrix) live inside the object, so that the small vectors and matrices of a tracker cost
 /// no heap allocation. A new matrix is zero. Copying, by construction or assignment, takes the source's shape; a
-/// moved-from matrix is 0 x 0. Shapes that no array can have throw `std::bad_alloc` or a class derived from it.
+/// moved-from matrix is 0 x 0. Impossible sizes throw `std::bad_alloc` or a class derived from it.
 ///
 /// Class invariant: rows() * cols() elements are stored.
 ///

@@ -10,7 +10,7 @@ namespace tarvos::core::cvdata {
 /// @ingroup images
 class TARVOS_CORE_EXPORT CvData {
 public:
-    /// What an object is; beside each value, the class that sets it.
+    /// Concrete type, and the class that sets it.
     enum DataReprType {
         REPR_COLOUR_HIST_2D = 0x40000016,          ///< ColourHist2d
         REPR_IMAGE = 0x40000017,                   ///< Image and TiledImage
@@ -19,14 +19,13 @@ public:
         REPR_COLOR_GMM = 0x4000001F                ///< ColorGMM
     };
 
-    /// Data with the tag @p type for life.
+    /// Data with the tag @p type. The tag never changes.
     CvData(DataReprType type) noexcept : mDataReprType(type) {}
     /// Data with the tag of @p data.
     CvData(const CvData& data) noexcept = default;
     virtual ~CvData();
 
-    /// Assignment through the root copies nothing: it stops the process when the tags differ, and that is all. To
-    /// copy data, assign objects of the same concrete class.
+    /// Only checks that the tags match, and aborts otherwise. To copy data, assign objects of the same concrete class.
     virtual CvData& operator=(const CvData& data);
 
     /// The tag.

@@ -2,8 +2,8 @@
 #include <tarvos/core/Contract.h>
 #include <tarvos/core/Report.h>
 #include <tarvos/core/cvdata/Image.h>
-#include <tarvos/core/cvdata/ImageFile.h>
 #include <tarvos/core/cvdata/MatView.h>
+#include <tarvos/core/imagefiles/ImageFiles.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -86,13 +86,13 @@ Image::Image(const IplImage* image) : TimedData(REPR_IMAGE) {
 }
 
 Image::Image(std::string path) : TimedData(REPR_IMAGE) {
-    const cv::Mat pixels = readImageFile(path);
+    const cv::Mat pixels = imagefiles::read(path);
     Description loaded;
     loaded.width = pixels.cols;
     loaded.height = pixels.rows;
     loaded.channels = CHANNELS_BGR;
     loaded = loaded.withComputedStride();
-    if (pixels.empty() || pixels.type() != CV_8UC3 || !loaded.fitsHeader()) {
+    if (pixels.empty() || !loaded.fitsHeader()) {
         report(std::cerr, "ERROR: Could not load image: " + path);
         return;
     }
@@ -149,7 +149,7 @@ unsigned char* Image::row(int y) const {
 
 bool Image::save(std::string path) const {
     const bool redFirst = mDescription.channels == CHANNELS_RGB || mDescription.channels == CHANNELS_RGBA;
-    const std::string reason = empty() ? "the image is empty" : writeImageFile(path, matCopy(*this), redFirst);
+    const std::string reason = empty() ? "the image is empty" : imagefiles::write(path, matCopy(*this), redFirst);
     if (!reason.empty())
         report(std::cerr, "ERROR: Could not save image: " + path + ": " + reason);
     return reason.empty();

@@ -22,13 +22,13 @@ namespace tarvos::core::cvdata {
 /// Class invariant: an image is 0 x 0 without buffer and header, or row stride x rows are at most the bytes allocated
 /// and the header describes the buffer as the accessors do. Of the operations under "Maintenance", setChannels,
 /// setNofChannels and updateFromOpencvHeader change only the description; call resizeMemory or updateOpencvHeader
-/// afterwards. Until then, assigning from an image whose description exceeds its buffer stops the process, and no
+/// afterwards. Until then, assigning from an image whose description exceeds its buffer aborts, and no
 /// operation reads or writes outside the buffer.
 ///
 /// Sizes that no image can have (a negative width or height, or more than 2^31 - 1 bytes, the most an OpenCV header
-/// counts) and a lack of memory, OpenCV's core included, throw `std::bad_alloc` or a class derived from it. When an
-/// operation throws, its target is unchanged. A lack of memory inside a codec is the codec's: the file may fail to
-/// load, or the process may end.
+/// counts) and allocation failures, including those in opencv_core, throw `std::bad_alloc` or a class derived from it.
+/// When an operation throws, its target is unchanged. Codecs may handle allocation failure differently: the file may
+/// fail to load, or the process may exit.
 ///
 /// @snippet image.cpp image
 /// @ingroup images
@@ -59,7 +59,7 @@ public:
 
     /// An image of 0 x 0 pixels, CHANNELS_RGB, BITS_8U, with neither buffer nor header.
     Image() noexcept;
-    /// An image of @p width x @p height pixels that are not initialised. Stops the process when @p channels or @p bits
+    /// An image of @p width x @p height pixels that are not initialised. Aborts when @p channels or @p bits
     /// is not a valid enumerator.
     Image(int width, int height, ColorChannels channels, BitsPerChannel bits);
     /// A copy of the pixels that @p image describes, with its stride and alignment. Region of interest and origin are
@@ -76,7 +76,7 @@ public:
     /// The image in the file at @p path as `cv::imread` decodes it to 8-bit CHANNELS_BGR, without regard to an EXIF
     /// orientation. If that fails for whatever reason, the image is empty and "ERROR: Could not load image: " and the
     /// path are written to standard error; for a damaged image, the decoder's own messages may precede that line. Only
-    /// regular files are opened. DICOM is refused: OpenCV's decoder of it ends the process on a damaged file. Throws
+    /// regular files are opened. DICOM is refused: OpenCV's decoder of it exits on a damaged file. Throws
     /// nothing but `std::bad_alloc`.
     ///
     /// The first load or save also loads OpenCV's codecs (about 50 ms). Do neither in the destructor of a global
@@ -84,7 +84,7 @@ public:
     Image(std::string path);
     /// A copy of the pixels of @p image, described by its OpenCV header: the layout is what the header's channel
     /// sequence says (OpenCV knows "BGR" and "BGRA", so CHANNELS_RGB becomes CHANNELS_BGR), the alignment 4 or 8 as
-    /// OpenCV chose it, the time stamp 0. Stops the process when @p image has no header.
+    /// OpenCV chose it, the time stamp 0. Aborts when @p image has no header.
     Image(const Image& image);
     /// Takes over the buffer, header and time stamp of @p image, which becomes empty.
     Image(Image&& image) noexcept;
@@ -97,7 +97,7 @@ public:
     /// Channels of a pixel: 1, 3 or 4.
     virtual int nofChannels() const { return mDescription.nofChannels; }
 
-    /// Copies pixels, size, layout, depth and alignment, from a temporary image too; the time stamp stays. The stride
+    /// Copies pixels, size, layout, depth and alignment; the time stamp stays. There is no move assignment. The stride
     /// becomes that of an image made from a size. Between images of equal size, layout, depth and alignment the buffer
     /// stays if it is large enough, so that frames are copied without an allocation; if the strides are equal as well,
     /// the header keeps its region of interest, and the padding is copied (otherwise it is 0). The header always stays.
@@ -118,10 +118,10 @@ public:
     /// The first pixel of the first row; null without a buffer. Changes only when size, layout, depth or alignment
     /// change, or when an image is assigned for whose computed stride the buffer is too small.
     unsigned char* imageBuffer() const noexcept { return mImageBuffer.get(); }
-    /// The first pixel of row @p y, counted from 0. Stops the process unless the buffer holds that row.
+    /// The first pixel of row @p y, counted from 0. Aborts unless the buffer holds that row.
     unsigned char* row(int y) const;
     /// The OpenCV header over the buffer, owned by the image; null without a buffer. Its row stride is widthStep();
-    /// for an image of one row, OpenCV states the row without padding. Where the stride is not a multiple of a value's
+    /// for an image of one row, OpenCV reports the row without padding. Where the stride is not a multiple of a value's
     /// bytes (wider than 8 bits, a width that is not a multiple of 4), OpenCV computes wrong results on it without a
     /// word: read and write `imageData` row by row, or take `matCopy(image)` of MatView.h.
     IplImage* iplImage() const noexcept { return mIplImage.get(); }
@@ -141,17 +141,17 @@ public:
     /// @name Maintenance
     /// @{
 
-    /// Sets the number of channels that @p channels implies, but not the layout. Stops the process when @p channels is
+    /// Sets the number of channels that @p channels implies, but not the layout. Aborts when @p channels is
     /// not a valid enumerator.
     void setNofChannels(ColorChannels channels);
     /// Sets the layout and the number of channels, for instance after a conversion in place from BGR to RGB.
     void setChannels(ColorChannels channels);
-    /// Makes the header describe the buffer as the fields do, without a region of interest. Stops the process when the
+    /// Makes the header describe the buffer as the fields do, without a region of interest. Aborts when the
     /// description exceeds the buffer or a size is negative. A stride shorter than a row is OpenCV's `cv::Exception`,
     /// and the header is unchanged.
     void updateOpencvHeader();
     /// Takes size, layout, depth, alignment and stride from @p image, but no pixels. An unknown channel order or
-    /// count leaves the layout unchanged. Stops the process when @p image is null or its depth is outside
+    /// count leaves the layout unchanged. Aborts when @p image is null or its depth is outside
     /// BitsPerChannel.
     void updateFromOpencvHeader(const IplImage* image);
     /// Gives the image a new buffer for the new size, not initialised, even if the size stays the same.

@@ -48,7 +48,7 @@ Image imageOf(const cv::Mat& pixels) {
     if (pixels.total() > std::numeric_limits<int>::max() / pixels.elemSize())
         throw std::bad_array_new_length();
     const bool isPart = pixels.step[0] != pixels.elemSize() * static_cast<std::size_t>(pixels.cols);
-    const cv::Mat packed = isPart ? pixels.clone() : pixels;  // the gap between a part's rows is the parent's data
+    const cv::Mat packed = isPart ? pixels.clone() : pixels;  // the ROI's row gap is parent data
     const IplImage header = cvIplImage(packed);
     return {&header};
 }

@@ -15,10 +15,10 @@ namespace tarvos::core::cvdata {
 /// image's buffer is replaced (see Image::imageBuffer(); resizeMemory() always does), moved from or destroyed.
 /// @ingroup images
 TARVOS_CORE_EXPORT cv::Mat matView(Image& image);
-/// A read-only view of the pixels of @p image. Only the const result says so: a copy of it is writable.
+/// A read-only view of the pixels of @p image. Copying the result drops constness.
 /// @ingroup images
 TARVOS_CORE_EXPORT const cv::Mat matView(const Image& image);
-/// A view would outlive a temporary image.
+/// Deleted: the view would dangle.
 cv::Mat matView(const Image&& image) = delete;
 
 /// A copy of the pixels of @p image whose rows are packed. Empty for an empty image.

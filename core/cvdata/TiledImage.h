@@ -12,7 +12,7 @@ namespace tarvos::core::cvdata {
 /// and accepts no cells.
 ///
 /// Class invariant: width() = columns x cell width and height() = rows x cell height. Assigning or resizing through an
-/// `Image&` can break it; setCellImage then stops the process.
+/// `Image&` can break it; setCellImage then aborts.
 ///
 /// @snippet image.cpp mosaic
 /// @ingroup images
@@ -27,7 +27,7 @@ public:
     TiledImage(TiledImage&& image) noexcept;
     ~TiledImage() override;
 
-    /// Copies grid, pixels, stride and alignment into a new buffer, from a temporary mosaic too; the layout is what
+    /// Copies grid, pixels, stride and alignment into a new buffer; there is no move assignment. The layout is what
     /// the channel sequence of the other's header says, and stays if that is unknown. The time stamp and the header
     /// object stay. Aborts when @p image has no header.
     TiledImage& operator=(const TiledImage& image);

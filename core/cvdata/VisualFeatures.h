@@ -14,7 +14,7 @@ public:
     VisualFeatures(const VisualFeatures& features) noexcept = default;
     ~VisualFeatures() override;
 
-    /// Copies the flag, whatever the tags, and nothing of a derived class.
+    /// Copies only mFlag; tags are not compared.
     virtual VisualFeatures& operator=(const VisualFeatures& features);
 
     /// Free for the application, for instance to mark a feature as valid in this frame. False in a new feature, a

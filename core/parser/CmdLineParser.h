@@ -18,7 +18,7 @@ namespace tarvos::core::parser {
 /// @snippet services.cpp parser
 ///
 /// The flag "help" is always registered. Words that match no name are ignored; unknownWords() has those that began with
-/// "-". A name registered twice makes two records: parse() sets both, the readers find the first, flags before options.
+/// "-". Duplicates are all set; getters return the first, flags first.
 /// @ingroup utilities
 class TARVOS_CORE_EXPORT CmdLineParser {
 public:
@@ -37,12 +37,12 @@ public:
 
     /// The first line of the usage table.
     void setAppDescription(std::string description);
-    /// Registers an option. parse() ends the process when a @p mandatory one is not given.
+    /// Registers an option. parse() exits when a @p mandatory one is not given.
     void addOption(std::string name, std::string description, std::string defaultValue, bool mandatory);
     /// Registers a flag.
     void addFlag(std::string name, std::string description);
 
-    /// Reads the command line. Ends the process with `exit(-255)` (status 1) after a warning if an option lacks its
+    /// Reads the command line. Exits with `exit(-255)` (status 1) after a warning if an option lacks its
     /// value, after the usage table if help is requested, and after both if a mandatory option is missing.
     void parse();
 
@@ -59,8 +59,8 @@ public:
     /// `double`, text that is not a number gives 0 and a number out of range the nearest limit; value() detects both.
     template <typename T>
     T get(std::string name) const;
-    /// The value if its whole text is a T, for instance `parser.value<int>("frames")`; otherwise nothing, for an `int`
-    /// as with "12abc", " 12", "99999999999", "" or an unknown name. A `bool` is "1" or "0", a string any text.
+    /// The value if its whole text is a T, for instance `parser.value<int>("frames")`; nullopt otherwise, e.g. for an
+    /// `int` with "12abc", " 12", "99999999999", "" or an unknown name. A `bool` is "1" or "0", a string any text.
     template <typename T>
     std::optional<T> value(std::string name) const;
     /// Whether the name was given on the command line.

@@ -21,26 +21,26 @@ namespace tarvos::core {
 ///
 /// An `order` of -1 selects such a whole vector, 0 the pose part alone, k from 1 to n block k alone.
 ///
-/// Vectors must have the right size when they are passed; any other size, and an order without a block,
-/// stops the process before anything is written. Reading may refresh the pose's stored vectors (see cvdata::Pose), so
+/// Vectors must have the right size when they are passed; any other size, and an invalid order,
+/// aborts before anything is written. Reading may refresh the pose's stored vectors (see cvdata::Pose), so
 /// even concurrent readers of one state need a lock of the caller's.
 ///
 /// Class invariant: there is a pose, and every block has poseDoF() elements. The number of blocks and the pose object
-/// never change. Moving a state copies it, since a state always has a pose.
+/// never change. States are not movable; std::move copies.
 ///
 /// @snippet tracking.cpp state
 /// @ingroup tracking
 class TARVOS_CORE_EXPORT State : public TrackingData {
 public:
     /// A state on a clone of @p pose, reset to its initial value, with @p maxOrder - 1 zero blocks (none if it is 1 or
-    /// less), at time stamp 0. Stops the process when the pose's clone() returns null.
+    /// less), at time stamp 0. Aborts when the pose's clone() returns null.
     State(const cvdata::Pose& pose, int maxOrder);
     /// A deep copy, time stamp included.
     State(const State& other);
     ~State() override;
 
-    /// Copies the pose's value, the blocks and the time stamp. Stops the process when poseDimension() or
-    /// stateIncDimension() differ. (If the numbers of blocks differ, as many are copied as both states have. Through a
+    /// Copies the pose's value, the blocks and the time stamp. Aborts when poseDimension() or
+    /// stateIncDimension() differ. (If the numbers of blocks differ, the common ones are copied. Through a
     /// `TrackingData&` only the time stamp is copied.)
     State& operator=(const State& state);
     State* clone() const override;
@@ -70,7 +70,7 @@ public:
     /// The pose's data.
     math::Vector getPoseData() const;
 
-    /// Derivative block @p order, from 1 to getMaxOrder() - 1; any other stops the process. Valid as long as the state.
+    /// Derivative block @p order, from 1 to getMaxOrder() - 1; any other aborts. Valid as long as the state.
     const math::Vector& derivative(int order) const;
 
     /// Writes @p stateData to the state. Order -1: stateDimension() elements. Other orders: poseDimension() elements,

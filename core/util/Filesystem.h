@@ -15,7 +15,7 @@ namespace tarvos::core::util {
 /// with nothing printed: from mkdir and exists, from mv and cp when the final check that the target exists fails, and
 /// from ls when the directory cannot be opened or read on. No rollback on error, except that cp removes a partial copy.
 ///
-/// A name with a NUL byte names nothing: it does not exist, and nothing is created, moved or removed.
+/// Paths containing NUL are rejected or treated as missing.
 ///
 /// @snippet services.cpp files
 /// @ingroup utilities

@@ -42,7 +42,7 @@ public:
 
     /// The number of records.
     virtual std::size_t dimension() const;
-    /// Copies all members of all records, from a temporary list too; mFlag stays. Records that remain keep their
+    /// Copies all members of all records; mFlag stays. There is no move assignment. Records that remain keep their
     /// addresses unless the list outgrows its capacity. When it throws, this list is unchanged.
     virtual Blobs& operator=(const Blobs& other);
 

@@ -10,7 +10,7 @@
 
 namespace tarvos::core::cvdata {
 
-/// One component of a Gaussian mixture. Its fields are not kept consistent: whoever fills it sets them all.
+/// One component of a Gaussian mixture. The caller must set all fields; nothing keeps them consistent.
 /// @ingroup features
 class TARVOS_CORE_EXPORT GM {
 public:
@@ -41,10 +41,10 @@ public:
 /// @ingroup features
 class TARVOS_CORE_EXPORT ColorGMM : public VisualFeatures {
 public:
-    /// @p nMixtures components of dimension @p dim. Stops the process when @p dim is above 4; throws
-    /// `std::length_error` for more components than a vector can have (a negative number, say).
+    /// @p nMixtures components of dimension @p dim. Aborts when @p dim is above 4; throws
+    /// `std::length_error` for more components than a vector can have (e.g. -1).
     ColorGMM(size_t nMixtures, size_t dim);
-    /// A deep copy; its mFlag is false. Stops the process if a slot of @p other is null.
+    /// A deep copy; its mFlag is false. Aborts if a slot of @p other is null.
     ColorGMM(const ColorGMM& other);
     /// Takes over the components, mEpsilon and mFlag of @p other, which then has no components.
     ColorGMM(ColorGMM&& other) noexcept;
@@ -52,7 +52,7 @@ public:
 
     /// The number of components.
     virtual std::size_t dimension() const;
-    /// Copies the components deeply, and mEpsilon, from a temporary model too; mFlag stays. Stops the process if a slot
+    /// Copies the components deeply, and mEpsilon; mFlag stays. There is no move assignment. Aborts if a slot
     /// of @p other is null. When it throws, this model is unchanged.
     virtual ColorGMM& operator=(const ColorGMM& other);
 

@@ -29,7 +29,7 @@ public:
     ColourHist2d(ColourHist2d&& other) noexcept;
     ~ColourHist2d() override;
 
-    /// Copies shape and entries, from a temporary histogram too; mFlag stays. Stops the process when @p other was moved
+    /// Copies shape and entries; mFlag stays. There is no move assignment. Aborts when @p other was moved
     /// from.
     virtual ColourHist2d& operator=(const ColourHist2d& other);
     /// The number of entries: bins1 x bins2 x bins3.
@@ -48,9 +48,9 @@ public:
     /// Sets every entry to zero.
     virtual void clear();
 
-    /// Copies @p Input, of getBinsTotal() elements; any other length stops the process.
+    /// Copies @p Input, of getBinsTotal() elements; any other length aborts.
     void setData(const math::Vector& Input);
-    /// The entries, writable also through a const histogram. Valid until setBins() changes the shape. Stops the process
+    /// The entries, writable also through a const histogram. Valid until setBins() changes the shape. Aborts
     /// when the histogram was moved from.
     math::Vector& data() const;
 

@@ -13,7 +13,7 @@ namespace tarvos::core::cvdata {
 ///
 /// The application fills and reads both lists. Edges point to points that they do not own, usually those in mPoints;
 /// growing mPoints moves them, so fill it first (or reserve). A copy would point into the points of the original, so
-/// copy construction does not compile, and assignment stops the process. Move construction takes over the points, and
+/// copy construction does not compile, and assignment aborts. Move construction takes over the points, and
 /// the edges still point to them, so that a vector of features can grow.
 ///
 /// @snippet features.cpp contour
@@ -46,7 +46,7 @@ public:
     VisContourSamplePts(VisContourSamplePts&& other) noexcept;
     ~VisContourSamplePts() override;
 
-    /// Not supported: stops the process.
+    /// Not supported: aborts.
     virtual VisContourSamplePts& operator=(const VisContourSamplePts& other);
 
     /// Removes the edges. The points stay.

@@ -13,10 +13,10 @@ namespace tarvos::core::cvdata {
 /// 3 degrees of freedom). Each vector has an update flag: at 0 it is out of date, and reading it calls updateData()
 /// or updateIncData() first.
 ///
-/// For a pose whose representation is its data there is VectorPose.
+/// For plain-vector poses see VectorPose.
 ///
 /// Class invariant: mData has dimension() elements and mIncData has dof(). A derived class maintains it; where it is
-/// broken, reading stops the process.
+/// broken, reading aborts.
 /// @ingroup tracking
 class TARVOS_CORE_EXPORT Pose {
 public:
@@ -31,13 +31,13 @@ public:
     virtual void resetData() = 0;
     /// Returns the incremental data to its initial value.
     virtual void resetIncData() = 0;
-    /// Brings mData up to date. Set mUpdateFlag to spare the next reader the call.
+    /// Brings mData up to date. Set mUpdateFlag to mark it current.
     virtual void updateData() = 0;
-    /// Brings mIncData up to date. Set mUpdateIncFlag to spare the next reader the call.
+    /// Brings mIncData up to date. Set mUpdateIncFlag to mark it current.
     virtual void updateIncData() = 0;
     /// Makes this pose equal in value to @p pose, which has the same class: copies both vectors and flags. A pose
-    /// with members of its own overrides this. Stops the process when the counts differ.
-    // Every class that derives from this one hides it by its implicit assignment, which is no cause for a warning.
+    /// with members of its own overrides this. Aborts when the counts differ.
+    // Hidden by the implicit assignment of every derived class, of which users should not be warned.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Woverloaded-virtual"
     virtual Pose& operator=(const Pose& pose);
@@ -60,9 +60,9 @@ public:
         return mUpdateIncFlag;
     }
 
-    /// Copies the data, brought up to date, into @p vec. Stops the process unless it has dimension() elements.
+    /// Copies the data, brought up to date, into @p vec. Aborts unless it has dimension() elements.
     void getData(math::Vector& vec);
-    /// Copies the incremental data, brought up to date, into @p vec. Stops the process unless it has dof() elements.
+    /// Copies the incremental data, brought up to date, into @p vec. Aborts unless it has dof() elements.
     void getIncData(math::Vector& vec);
     /// The data, brought up to date. Valid until the pose is changed or destroyed.
     const math::Vector& currentData();
@@ -73,12 +73,11 @@ protected:
     /// No elements yet: for a pose class whose constructor sets the members below. A class that points mData and
     /// mIncData to vectors of its own deletes them itself, and needs a copy constructor of its own then.
     Pose() : Pose(0, 0) {}
-    /// Makes both vectors, all zero and up to date. Stops the process when a count is negative.
+    /// Makes both vectors, all zero and up to date. Aborts when a count is negative.
     Pose(int dimension, int dof);
     /// Makes one vector of @p size zeros that is both the data and the incremental data.
     explicit Pose(int size);
-    /// Copies counts and flags, and what mData and mIncData point to into vectors that this pose owns: one, if they
-    /// point to the same.
+    /// Deep copy; a shared vector stays shared.
     Pose(const Pose& pose);
 
     int mDimension;       ///< elements of mData

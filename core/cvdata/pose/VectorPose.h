@@ -7,17 +7,17 @@ namespace tarvos::core::cvdata {
 /// A pose that is a plain vector: a point, a box, joint angles. Data and incremental data are one and the same vector,
 /// which is zero initially and after a reset.
 ///
-/// Use it as it is, or derive from it in a line; a derived class must override clone():
+/// Use it as it is, or derive; override clone():
 ///
 /// @snippet tracking.cpp box pose
 /// @ingroup tracking
 class TARVOS_CORE_EXPORT VectorPose : public Pose {
 public:
-    /// A pose of @p size elements, all zero. Stops the process when @p size is negative.
+    /// A pose of @p size elements, all zero. Aborts when @p size is negative.
     explicit VectorPose(int size) : Pose(size) {}
     /// A copy of the vector.
     VectorPose(const VectorPose& pose) = default;
-    /// Copies the vector. Stops the process when the sizes differ.
+    /// Copies the vector. Aborts when the sizes differ.
     VectorPose& operator=(const VectorPose& pose) = default;
     using Pose::operator=;
     ~VectorPose() override;

@@ -149,7 +149,7 @@ TEST_F(ImageFileTest, WhatIsNoImageIsReportedInOneLineAndLeavesNoDescriptorOpen)
 // In a process that has loaded no image before, as ctest runs it.
 TEST_F(ImageFileTest, AThreadAndAPluginThatTheLoaderHoldsMayBothLoadTheirFirstImage) {
     const auto loadTwice = [] {
-        alarm(30);  // ends the process where they wait for each other
+        alarm(30);  // exits where they wait for each other
         bool isLoaded = false;
         std::thread thread([&] {
             std::this_thread::sleep_for(std::chrono::milliseconds(50));

@@ -1,16 +1,16 @@
 #include <opencv2/imgcodecs.hpp>
 #include <tarvos/core/Export.h>
-#include <tarvos/core/imagefiles/ImageCodecs.h>
+#include <tarvos/core/imagefiles/ImageFiles.h>
 
 namespace tarvos::core::imagefiles {
 
 namespace {
 
-cv::Mat read(const std::string& path) {
+cv::Mat decode(const std::string& path) {
     cv::Mat pixels = cv::imread(path, cv::IMREAD_COLOR | cv::IMREAD_IGNORE_ORIENTATION);
     if (!pixels.empty() && pixels.channels() == 1)  // a grey .pfm, say
         cv::merge(std::vector<cv::Mat>(3, pixels), pixels);
-    return pixels;
+    return pixels.type() == CV_8UC3 ? pixels : cv::Mat();
 }
 
 std::vector<unsigned char> encode(const cv::Mat& pixels, const std::string& ending) {
@@ -22,8 +22,8 @@ std::vector<unsigned char> encode(const cv::Mat& pixels, const std::string& endi
 }  // namespace
 
 extern "C" {
-extern TARVOS_CORE_EXPORT const ImageCodecs tarvosImageCodecs;
-const ImageCodecs tarvosImageCodecs{read, encode};
+extern TARVOS_CORE_EXPORT const Module tarvosImageFiles;
+const Module tarvosImageFiles{decode, encode};
 }
 
 }  // namespace tarvos::core::imagefiles

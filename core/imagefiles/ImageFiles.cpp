@@ -1,7 +1,6 @@
 #include <tarvos/core/FileDescriptor.h>
 #include <tarvos/core/Report.h>
-#include <tarvos/core/cvdata/ImageFile.h>
-#include <tarvos/core/imagefiles/ImageCodecs.h>
+#include <tarvos/core/imagefiles/ImageFiles.h>
 
 #include <algorithm>
 #include <atomic>
@@ -19,12 +18,11 @@
 #include <system_error>
 #include <unistd.h>
 
-namespace tarvos::core::cvdata {
+namespace tarvos::core::imagefiles {
 
 namespace {
 
 namespace fs = std::filesystem;
-using imagefiles::ImageCodecs;
 
 /// Opens the module in the folder that this library was loaded from or, if that is a link, in the folder of its target.
 void* openModule() {
@@ -42,29 +40,29 @@ void* openModule() {
     return nullptr;
 }
 
-// Neither is a function's static object, whose guard would be held while the loader waits for a thread that loads an
-// image in a constructor. If two threads open the module, both get the same one.
-std::atomic<const ImageCodecs*> openedCodecs{nullptr};
+// Not function-local statics: their guard could deadlock with the dynamic loader. If two threads open the module, both
+// get the same one.
+std::atomic<const Module*> openedModule{nullptr};
 std::atomic_flag reasonPrinted = ATOMIC_FLAG_INIT;
 
-/// The module's functions. Without a module null, the reason for which is printed only once.
-const ImageCodecs* imageCodecs() {
-    const ImageCodecs* codecs = openedCodecs;
-    if (codecs != nullptr)
-        return codecs;
-    if (void* module = openModule())
-        codecs = static_cast<const ImageCodecs*>(dlsym(module, imagefiles::IMAGE_CODECS));
-    if (codecs == nullptr && !reasonPrinted.test_and_set()) {
+/// The module's functions. Null if the module is missing; the reason is reported once.
+const Module* module() {
+    const Module* functions = openedModule;
+    if (functions != nullptr)
+        return functions;
+    if (void* library = openModule())
+        functions = static_cast<const Module*>(dlsym(library, MODULE));
+    if (functions == nullptr && !reasonPrinted.test_and_set()) {
         const char* reason = dlerror();
         report(std::cerr, std::string("ERROR: Image files can neither be loaded nor saved: ") +
                               (reason != nullptr ? reason : "the module has no codecs"));
     }
-    if (codecs != nullptr)
-        openedCodecs = codecs;
-    return codecs;
+    if (functions != nullptr)
+        openedModule = functions;
+    return functions;
 }
 
-/// Whether OpenCV may be given the file at @p path. A pipe would block; a damaged DICOM file ends the process.
+/// Whether OpenCV may be given the file at @p path. A pipe would block; a damaged DICOM file exits.
 bool isReadable(const std::string& path) {
     std::error_code ignored;
     if (path.find('\0') != std::string::npos || !fs::is_regular_file(path, ignored))
@@ -132,29 +130,29 @@ auto resultOf(Work work) -> decltype(work()) {
 
 }  // namespace
 
-cv::Mat readImageFile(const std::string& path) {
-    const ImageCodecs* codecs = isReadable(path) ? imageCodecs() : nullptr;
-    return codecs != nullptr ? resultOf([&] { return codecs->read(path); }) : cv::Mat();
+cv::Mat read(const std::string& path) {
+    const Module* functions = isReadable(path) ? module() : nullptr;
+    return functions != nullptr ? resultOf([&] { return functions->decode(path); }) : cv::Mat();
 }
 
-std::string writeImageFile(const std::string& path, const cv::Mat& pixels, bool redFirst) {
+std::string write(const std::string& path, const cv::Mat& pixels, bool redFirst) {
     const std::string ending = fs::path(path).extension();
     if (path.find('\0') != std::string::npos)
         return "the name contains a NUL byte";
     if (!isEncodedInMemory(ending))
         return ending.empty() ? "the name has no ending"
                               : ending + " is not the ending of a format that can be written";
-    const ImageCodecs* codecs = imageCodecs();
-    if (codecs == nullptr)
+    const Module* functions = module();
+    if (functions == nullptr)
         return "the codecs cannot be loaded";
     const std::vector<unsigned char> bytes = resultOf([&] {
         cv::Mat blueFirst = redFirst ? pixels.clone() : pixels;
         const int exchange[] = {0, 2, 2, 0};
         if (redFirst)
             cv::mixChannels(&pixels, 1, &blueFirst, 1, exchange, 2);
-        return codecs->encode(blueFirst, ending);
+        return functions->encode(blueFirst, ending);
     });
     return bytes.empty() ? "OpenCV does not write such pixels as " + ending : replaceFile(path, bytes);
 }
 
-}  // namespace tarvos::core::cvdata
+}  // namespace tarvos::core::imagefiles
