@@ -10,8 +10,6 @@ Exception::Exception(std::string msg) noexcept : mMsg(std::move(msg)) {
     report(std::cerr, std::string("Exception Msg: ") + Exception::what());
 }
 
-Exception::~Exception() = default;
-
 const char* Exception::what() const noexcept {
     return mMsg.c_str();
 }

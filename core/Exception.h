@@ -18,7 +18,6 @@ class TARVOS_CORE_EXPORT Exception : public std::exception {
 public:
     /// Stores and reports @p msg. Never throws: if the line that is printed cannot be allocated, it terminates.
     Exception(std::string msg) noexcept;  // not explicit, so that a message can be thrown or passed as one
-    ~Exception() override;
 
     /// The message as a C string, valid as long as the object lives.
     const char* what() const noexcept override;

@@ -16,26 +16,16 @@ public:
 
     int get() const noexcept { return mDescriptor; }
 
-    /// Reads up to @p size bytes; 0 at the end, negative with errno set on failure.
+    /// Reads up to @p size bytes; 0 at the end, negative on failure.
     ssize_t read(char* bytes, std::size_t size) const noexcept {
-        ssize_t count = 0;
-        do
-            count = ::read(mDescriptor, bytes, size);
-        while (count < 0 && errno == EINTR);
-        return count;
+        return TEMP_FAILURE_RETRY(::read(mDescriptor, bytes, size));
     }
     /// Whether all @p size bytes were written; errno is set otherwise.
     bool write(const char* bytes, std::size_t size) const noexcept {
-        while (size > 0) {
-            const ssize_t count = ::write(mDescriptor, bytes, size);
-            if (count < 0 && errno != EINTR)
-                return false;
-            if (count > 0) {
-                bytes += count;
-                size -= static_cast<std::size_t>(count);
-            }
-        }
-        return true;
+        ssize_t count = 0;
+        for (std::size_t done = 0; done < size && count >= 0; done += static_cast<std::size_t>(count))
+            count = TEMP_FAILURE_RETRY(::write(mDescriptor, bytes + done, size - done));
+        return count >= 0;
     }
     /// Whether the file was open and everything written has reached the file system; errno is set otherwise.
     bool close() noexcept {

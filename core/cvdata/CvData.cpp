@@ -3,8 +3,6 @@
 
 namespace tarvos::core::cvdata {
 
-CvData::~CvData() = default;
-
 CvData& CvData::operator=(const CvData& data) {
     TARVOS_REQUIRE(this->mDataReprType == data.mDataReprType);
     return *this;

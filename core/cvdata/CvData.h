@@ -23,7 +23,7 @@ public:
     CvData(DataReprType type) noexcept : mDataReprType(type) {}
     /// Data with the tag of @p data.
     CvData(const CvData& data) noexcept = default;
-    virtual ~CvData();
+    virtual ~CvData() = default;
 
     /// Only checks that the tags match, and aborts otherwise. To copy data, assign objects of the same concrete class.
     virtual CvData& operator=(const CvData& data);

@@ -116,8 +116,6 @@ Image::Image(Image&& image) noexcept : TimedData(image) {
     swapPixels(image);
 }
 
-Image::~Image() = default;
-
 Image* Image::clone() const {
     TARVOS_REQUIRE(isHeaderInBuffer() && "Image: the source's description and its pixels are out of step.");
     auto copy = std::make_unique<Image>(iplImage());

@@ -88,7 +88,6 @@ public:
     Image(const Image& image);
     /// Takes over the buffer, header and time stamp of @p image, which becomes empty.
     Image(Image&& image) noexcept;
-    ~Image() override;
 
     /// A new image made from this image's header, owned by the caller; see `Image(const IplImage*)`. Aborts when this
     /// image has no header.

@@ -31,8 +31,6 @@ TiledImage::TiledImage(const TiledImage& image) = default;
 
 TiledImage::TiledImage(TiledImage&& image) noexcept = default;
 
-TiledImage::~TiledImage() = default;
-
 TiledImage& TiledImage::operator=(const TiledImage& image) {
     if (this == &image)
         return *this;

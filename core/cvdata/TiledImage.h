@@ -25,7 +25,6 @@ public:
     TiledImage(const TiledImage& image);
     /// Takes over the buffer, header and time stamp of @p image, which becomes empty.
     TiledImage(TiledImage&& image) noexcept;
-    ~TiledImage() override;
 
     /// Copies grid, pixels, stride and alignment into a new buffer; there is no move assignment. The layout is what
     /// the channel sequence of the other's header says, and stays if that is unknown. The time stamp and the header

@@ -11,8 +11,6 @@ class TARVOS_CORE_EXPORT TimedData : public CvData {
 public:
     /// Starts at time stamp 0.
     explicit TimedData(DataReprType type) noexcept : CvData(type) {}
-    ~TimedData() override;
-
     /// Copies the tag and the time stamp.
     TimedData(const TimedData& data) noexcept = default;
     /// Member-wise: checks the tags and copies the time stamp, nothing of a derived class.

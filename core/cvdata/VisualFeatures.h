@@ -12,10 +12,12 @@ public:
     explicit VisualFeatures(DataReprType type) noexcept : CvData(type) {}
     /// Copies the tag and the flag.
     VisualFeatures(const VisualFeatures& features) noexcept = default;
-    ~VisualFeatures() override;
 
     /// Copies only mFlag; tags are not compared.
-    virtual VisualFeatures& operator=(const VisualFeatures& features);
+    virtual VisualFeatures& operator=(const VisualFeatures& features) {
+        mFlag = features.mFlag;
+        return *this;
+    }
 
     /// Free for the application, for instance to mark a feature as valid in this frame. False in a new feature, a
     /// copied one included; the assignments of the derived classes leave it alone.

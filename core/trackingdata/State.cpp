@@ -28,8 +28,6 @@ State::State(const State& other) : TrackingData(other), mPose(other.mPose->clone
     TARVOS_REQUIRE((mPose != NULL) && "State: the pose's clone() returned null.");
 }
 
-State::~State() = default;
-
 State& State::operator=(const State& state) {
     if (this == &state)
         return *this;

@@ -37,7 +37,6 @@ public:
     State(const cvdata::Pose& pose, int maxOrder);
     /// A deep copy, time stamp included.
     State(const State& other);
-    ~State() override;
 
     /// Copies the pose's value, the blocks and the time stamp. Aborts when poseDimension() or
     /// stateIncDimension() differ. (If the numbers of blocks differ, the common ones are copied. Through a

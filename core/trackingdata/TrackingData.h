@@ -12,10 +12,10 @@ public:
     explicit TrackingData(double timeStamp) : mTimeStamp(timeStamp) {}
     /// Copies the time stamp.
     TrackingData(const TrackingData& data) = default;
-    virtual ~TrackingData();
+    virtual ~TrackingData() = default;
 
     /// Copies the time stamp, nothing of a derived class.
-    virtual TrackingData& operator=(const TrackingData& data);
+    virtual TrackingData& operator=(const TrackingData& data) = default;
     /// A new copy, owned by the caller.
     virtual TrackingData* clone() const = 0;
 

@@ -55,8 +55,14 @@ struct VideoTest : testing::Test {
 };
 
 TEST_F(VideoTest, ADirectoryIsReadInNaturalOrder) {
-    const char* const names[] = {"a2.png",    "a010.PNG", "b1-2.bmp",       "b1-10.bmp",
-                                 "b02-1.bmp", "b10.ppm",  "line\nbreak.png"};
+    const char* const names[] = {"a2.png",
+                                 "a010.PNG",
+                                 "b1-2.bmp",
+                                 "b1-10.bmp",
+                                 "b02-1.bmp",
+                                 "b18446744073709551616.ppm",
+                                 "b18446744073709551617.ppm",
+                                 "line\nbreak.png"};
     int number = 0;
     for (const char* name : names) {
         std::vector<unsigned char> bytes;
@@ -66,19 +72,12 @@ TEST_F(VideoTest, ADirectoryIsReadInNaturalOrder) {
     writeFile("notes.txt");
     std::filesystem::create_directory("folder.png");
     const auto source = FrameSource::open(".", 10.0);
-    EXPECT_EQ(source->frameCount(), 7);
+    EXPECT_EQ(source->frameCount(), 8);
     EXPECT_EQ(source->frameRate(), 10.0);
     EXPECT_EQ(source->number(), -1);
     const Track track = readAll(*source);
-    EXPECT_THAT(track.seen, testing::ElementsAre(1, 2, 3, 4, 5, 6, 7));
-    expectEvenTimes(track.times, 7, 10.0);
-}
-
-TEST_F(VideoTest, NumbersOfAnyLengthCount) {
-    int number = 0;
-    for (const char* digits : {"9", "10", "18446744073709551616", "18446744073709551617", "100000000000000000000"})
-        cv::imwrite(std::string("f") + digits + ".png", frame(++number));
-    EXPECT_THAT(readAll(*FrameSource::open(".")).seen, testing::ElementsAre(1, 2, 3, 4, 5));
+    EXPECT_THAT(track.seen, testing::ElementsAre(1, 2, 3, 4, 5, 6, 7, 8));
+    expectEvenTimes(track.times, 8, 10.0);
 }
 
 TEST_F(VideoTest, WhatCannotBeUsedIsNamedAndLeavesAGap) {

@@ -58,18 +58,6 @@ TEST_F(KalmanFilterTest, BeginsWithTheMeasurementsAndTheProcessDeviations) {
                 testing::ElementsAre(4, 0, 0, 0, 0, 9, 0, 0, 0, 0, 0.25, 0, 0, 0, 0, testing::DoubleEq(0.49)));
 }
 
-TEST_F(KalmanFilterTest, AStepInTwoIsTheStepInOne) {
-    for (const int order : {1, 2, 3, 4}) {
-        KalmanFilter once(counting(3, order), all(3, 0.5), all(3, 2.0)), twice = once;
-        once.predict(1.0);
-        twice.predict(0.3);
-        twice.predict(1.0);
-        EXPECT_TRUE(eigenMap(once.covariance()).isApprox(eigenMap(twice.covariance()), 1e-12)) << "order " << order;
-        EXPECT_TRUE(eigenMap(vectorOf(once.state())).isApprox(eigenMap(vectorOf(twice.state())), 1e-12));
-        EXPECT_EQ(once.state().getTimeStamp(), 1.0);
-    }
-}
-
 TEST_F(KalmanFilterTest, AddsTheContinuousWhiteNoiseOfItsModel) {
     KalmanFilter moving(counting(1, 3), all(1, 2.0), all(1, 1.0));
     moving.covariance().fill(0.0);
@@ -100,23 +88,6 @@ TEST_F(KalmanFilterTest, CorrectsAsOpencvsFilterDoes) {
     values = vectorOf(filter.state());
     EXPECT_LT(cv::norm(matView(values), peer.statePost, cv::NORM_INF), 1e-10);
     EXPECT_LT(cv::norm(matView(filter.covariance()), peer.errorCovPost, cv::NORM_INF), 1e-10);
-}
-
-TEST_F(KalmanFilterTest, AMeasurementOfThePoseIsAnObservationOfAllOfIt) {
-    KalmanFilter withCovariance = filter, withObservation = filter;
-    SquareMatrix noise(2);
-    noise(0, 0) = 4.0;
-    noise(1, 1) = 9.0;
-    SquareMatrix pose(2);
-    eigenMap(pose).setIdentity();
-    filter.correct(Vector::of(7, 8));
-    withCovariance.correct(Vector::of(7, 8), noise);
-    withObservation.correct(Vector::of(7, 8), pose, noise);
-    EXPECT_NEAR(filter.state().getPoseData()[0], 4.0, 1e-12) << "half way";
-    for (const KalmanFilter* other : {&withCovariance, &withObservation}) {
-        EXPECT_EQ(elementsOf(vectorOf(other->state())), elementsOf(vectorOf(filter.state())));
-        EXPECT_EQ(elementsOf(other->covariance()), elementsOf(filter.covariance()));
-    }
 }
 
 TEST_F(KalmanFilterTest, GatesByTheDeviationsOfStateAndMeasurement) {
@@ -261,12 +232,6 @@ TEST_F(ParticleFilterTest, IsUnchangedWithoutALikelyParticleAndWhenTheLikelihood
     filter.predict(1.0);
     EXPECT_TRUE(filter.particles() == before.particles()) << "and its random numbers";
     EXPECT_EQ(elementsOf(vectorOf(filter.state())), elementsOf(vectorOf(before.state())));
-}
-
-TEST_F(ParticleFilterTest, APredictionToTheSameTimeMovesNothing) {
-    const std::vector<double> before = filter.particles();
-    filter.predict(0.0);
-    EXPECT_TRUE(filter.particles() == before);
 }
 
 TEST_F(ParticleFilterTest, StopsOnBrokenContracts) {

@@ -12,8 +12,6 @@ Blobs::Blobs(const Blobs& other) : VisualFeatures(REPR_BLOBS), mBlobs(other.mBlo
 
 Blobs::Blobs(Blobs&& other) noexcept = default;
 
-Blobs::~Blobs() = default;
-
 std::size_t Blobs::dimension() const {
     return mBlobs.size();
 }

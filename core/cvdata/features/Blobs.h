@@ -38,7 +38,6 @@ public:
     Blobs(const Blobs& other);
     /// Takes over the records and mFlag of @p other, which becomes empty.
     Blobs(Blobs&& other) noexcept;
-    ~Blobs() override;
 
     /// The number of records.
     virtual std::size_t dimension() const;

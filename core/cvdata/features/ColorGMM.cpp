@@ -40,8 +40,6 @@ GM& GM::operator=(const GM& other) {
     return *this;
 }
 
-GM::~GM() = default;
-
 ColorGMM::ColorGMM(size_t nMixtures, size_t dim)
     : VisualFeatures(REPR_COLOR_GMM), mEpsilon(static_cast<double>(5e-7F)) {
     TARVOS_REQUIRE(dim <= 4);
@@ -59,8 +57,6 @@ ColorGMM::ColorGMM(const ColorGMM& other) : VisualFeatures(other.type()), mEpsil
 }
 
 ColorGMM::ColorGMM(ColorGMM&& other) noexcept = default;
-
-ColorGMM::~ColorGMM() = default;
 
 std::size_t ColorGMM::dimension() const {
     return mMixtures.size();

@@ -20,7 +20,7 @@ public:
     GM(const GM& other) = default;
     /// Copies all fields. When it throws, this component is unchanged.
     GM& operator=(const GM& other);
-    virtual ~GM();
+    virtual ~GM() = default;
 
     math::SquareMatrix mCovariance;         ///< mDim x mDim
     math::SquareMatrix mCovarianceInverse;  ///< mDim x mDim
@@ -48,7 +48,6 @@ public:
     ColorGMM(const ColorGMM& other);
     /// Takes over the components, mEpsilon and mFlag of @p other, which then has no components.
     ColorGMM(ColorGMM&& other) noexcept;
-    ~ColorGMM() override;
 
     /// The number of components.
     virtual std::size_t dimension() const;

@@ -18,8 +18,6 @@ ColourHist2d::ColourHist2d(const ColourHist2d& other)
 
 ColourHist2d::ColourHist2d(ColourHist2d&& other) noexcept = default;
 
-ColourHist2d::~ColourHist2d() = default;
-
 ColourHist2d& ColourHist2d::operator=(const ColourHist2d& other) {
     if (this == &other)
         return *this;

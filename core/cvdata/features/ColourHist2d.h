@@ -27,7 +27,6 @@ public:
     ColourHist2d(const ColourHist2d& other);
     /// Takes over the entries of @p other, and has its shape and mFlag; @p other then has no vector.
     ColourHist2d(ColourHist2d&& other) noexcept;
-    ~ColourHist2d() override;
 
     /// Copies shape and entries; mFlag stays. There is no move assignment. Aborts when @p other was moved
     /// from.

@@ -7,8 +7,6 @@ VisContourSamplePts::VisContourSamplePts() : VisualFeatures(REPR_VIS_CONTOUR_SAM
 
 VisContourSamplePts::VisContourSamplePts(VisContourSamplePts&& other) noexcept = default;
 
-VisContourSamplePts::~VisContourSamplePts() = default;
-
 VisContourSamplePts& VisContourSamplePts::operator=(const VisContourSamplePts& /*other*/) {
     TARVOS_REQUIRE(0 && "operator = not implemented");
     return *this;

@@ -44,7 +44,6 @@ public:
     VisContourSamplePts(const VisContourSamplePts& other) = delete;
     /// Takes over the points, edges and flag of @p other, which then has neither edges nor points.
     VisContourSamplePts(VisContourSamplePts&& other) noexcept;
-    ~VisContourSamplePts() override;
 
     /// Not supported: aborts.
     virtual VisContourSamplePts& operator=(const VisContourSamplePts& other);

@@ -26,8 +26,6 @@ Pose::Pose(const Pose& pose)
       mIncData(pose.mIncData == pose.mData ? mData : &mIncDataVector),
       mUpdateIncFlag(pose.mUpdateIncFlag) {}
 
-Pose::~Pose() = default;
-
 // The vectors' own assignments check for self-assignment.
 Pose& Pose::operator=(const Pose& pose) {  // NOLINT(bugprone-unhandled-self-assignment)
     TARVOS_REQUIRE((mDimension == pose.mDimension && mDof == pose.mDof) && "Pose: the poses differ in kind.");

@@ -20,7 +20,7 @@ namespace tarvos::core::cvdata {
 /// @ingroup tracking
 class TARVOS_CORE_EXPORT Pose {
 public:
-    virtual ~Pose();
+    virtual ~Pose() = default;
     /// A new pose of the same class and value, owned by the caller.
     virtual Pose* clone() const = 0;
     /// Takes @p data, of dimension() elements, as the pose's data.

@@ -20,9 +20,8 @@ public:
     /// Copies the vector. Aborts when the sizes differ.
     VectorPose& operator=(const VectorPose& pose) = default;
     using Pose::operator=;
-    ~VectorPose() override;
 
-    VectorPose* clone() const override;
+    VectorPose* clone() const override { return new VectorPose(*this); }
     void setData(const math::Vector& data) override { *mData = data; }
     void setIncData(const math::Vector& incData) override { *mData = incData; }
     void resetData() override { mData->fill(0.0); }
