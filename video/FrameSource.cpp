@@ -40,24 +40,30 @@ constexpr double MAX_GAP = 60.0;
 class Clock {
 public:
     double time() const { return mTime; }
-    /// Takes the stamp of the next frame, in seconds. One that makes no sense is replaced by the @p rate.
+    /// Takes the stamp of the next frame, in seconds. One that makes no sense is replaced by the last gap, at first
+    /// that of the @p rate.
     void tick(double stamp, double rate) {
         const double gap = stamp - mStamp;
         const bool isSensible =
             std::abs(stamp) < MAX_STAMP && gap > 0.5 / MAX_RATE && gap < std::max(MAX_GAP, 10.0 / rate);
-        if (mIsStarted)
-            mTime = isSensible ? stamp + mOffset : mTime + 1.0 / rate;
-        if (!mIsStarted || !isSensible)
+        if (mLastGap == 0.0) {
+            mLastGap = 1.0 / rate;
+            mOffset = -stamp;
+        } else if (isSensible) {
+            mLastGap = gap;
+            mTime = stamp + mOffset;
+        } else {
+            mTime += mLastGap;
             mOffset = mTime - stamp;
+        }
         mStamp = stamp;
-        mIsStarted = true;
     }
 
 private:
     double mTime = 0.0;
     double mStamp = 0.0;
-    double mOffset = 0.0;  ///< from the stamps to the times
-    bool mIsStarted = false;
+    double mOffset = 0.0;   ///< from the stamps to the times
+    double mLastGap = 0.0;  ///< 0 before the first frame
 };
 
 /// A video file or a camera.

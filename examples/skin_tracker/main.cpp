@@ -98,9 +98,8 @@ void requireDistinct(const std::string& input, const std::string& output) {
     if (fs::equivalent(input, output, none))
         throw std::runtime_error("input and output must differ");
     std::vector<std::string> files{input};
-    if (fs::is_directory(input))
-        for (const fs::directory_entry& entry : fs::directory_iterator(input))
-            files.push_back(entry.path());
+    for (const fs::directory_entry& entry : fs::directory_iterator(input, none))  // if it is one
+        files.push_back(entry.path());
     for (const std::string& file : files)
         if (Recorder::replaces(file, output))
             throw std::runtime_error(file + " would be replaced: choose another -output");
@@ -110,9 +109,8 @@ std::unique_ptr<FrameSource> openSource(const Options& options) {
     if (options.camera)
         return FrameSource::openCamera(*options.camera);
     const std::string input = findInput(options.input);
-    std::unique_ptr<FrameSource> source = FrameSource::open(input, options.rate);
     requireDistinct(input, options.output);
-    return source;
+    return FrameSource::open(input, options.rate);
 }
 
 /// Tracks to the end of the input, the last frame wanted, or the first signal. Returns the frames per second.

@@ -86,8 +86,43 @@ TEST(TrackerTest, GivesUpWhatNeverMovesAndAHandThatRestsForTenSeconds) {
         EXPECT_EQ(still.tracker->found(), i < 25) << i;
     }
     EXPECT_FALSE(resting.tracker->found());
-    still.see(scene({40, 150, 60, 40}, SKIN));
-    EXPECT_TRUE(still.tracker->found()) << "another place";
+    const cv::Rect elsewhere(40, 150, 60, 40);
+    cv::Mat frame = scene({200, 20, 60, 40}, SKIN);
+    frame(elsewhere).setTo(cv::Scalar(70, 95, 150));
+    still.see(frame);
+    EXPECT_TRUE(still.tracker->found()) << "another place, and other colours, which are learned anew";
+}
+
+/// What @p annotation draws of @p tracker into a black frame.
+cv::Mat drawnBy(Annotation& annotation, const Tracker& tracker) {
+    Image frame = imageOf(cv::Mat::zeros(SIZE, CV_8UC3));
+    annotation.draw(tracker, frame);
+    return matView(frame).clone();
+}
+
+TEST(AnnotationTest, DrawsBoxPredictionAndTrailWhileThereIsATrack) {
+    const cv::Vec3b blue(255, 64, 0), grey(128, 128, 128), red(0, 0, 255);
+    Tracked hand(20);
+    Annotation annotation;
+    const auto cornerOf = [&] { return cv::Rect(hand.tracker->motion().box()).tl(); };
+    cv::Mat drawn = drawnBy(annotation, *hand.tracker);
+    EXPECT_EQ(drawn.at<cv::Vec3b>(cornerOf()), blue);
+    EXPECT_EQ(drawn.at<cv::Vec3b>(cv::Point(hand.tracker->predictedCentre())), red);
+    hand.seeWall(1);
+    EXPECT_EQ(drawnBy(annotation, *hand.tracker).at<cv::Vec3b>(cornerOf()), grey) << "out of sight";
+    hand.seeWall(60);
+    EXPECT_EQ(cv::countNonZero(drawnBy(annotation, *hand.tracker).reshape(1)), 0) << "no track";
+    hand.see(scene({240, 20, 60, 40}, SKIN));
+    drawn = drawnBy(annotation, *hand.tracker);
+    EXPECT_EQ(cv::countNonZero(drawn(cv::Rect(0, 70, 320, 170)).reshape(1)), 0) << "the trail of the last track";
+}
+
+TEST(MosaicTest, SmallFramesKeepTheirSizeAndHaveACaption) {
+    Mosaic mosaic;
+    mosaic.add(imageOf(cv::Mat::zeros(50, 100, CV_8UC3)), "caption");
+    const auto composed = mosaic.compose();
+    EXPECT_EQ(composed.width(), 4 * 104) << "with a border of 2";
+    EXPECT_GT(cv::countNonZero(matView(composed)(cv::Rect(2, 30, 100, 20)).clone().reshape(1)), 50);
 }
 
 TEST(MosaicTest, SpreadsSixteenFramesEvenly) {
