@@ -19,6 +19,7 @@ namespace tarvos::vision {
 /// @ingroup vision
 class TARVOS_CORE_EXPORT Regions {
 public:
+    /// The record of a region.
     using BlobInfo = core::cvdata::Blobs::BlobInfo;
 
     /// Finds the regions of at least @p minArea pixels in @p mask, where it is not 0. Places are those of a frame in
