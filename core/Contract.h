@@ -2,6 +2,8 @@
 
 #include <tarvos/core/Export.h>
 
+#include <string>
+
 /// @file
 /// Contract checks: a broken contract is a bug in the caller and aborts, in every build type.
 
@@ -17,6 +19,12 @@ namespace tarvos::core {
 /// `TARVOS_REQUIRE((row < rows()) && "row index is out of range")`. The diagnostic prints the condition as it reads
 /// after macro expansion, hence the next macro.
 #define TARVOS_REQUIRE(...) TARVOS_REQUIRE_EXPANDED(__VA_ARGS__)
+/// TARVOS_REQUIRE whose diagnostic ends with @p details, a string that is only composed for it.
+#define TARVOS_REQUIRE_WITH(details, ...)                                                               \
+    (static_cast<bool>(__VA_ARGS__)                                                                     \
+         ? static_cast<void>(0)                                                                         \
+         : ::tarvos::core::contractViolated((#__VA_ARGS__ " " + (details)).c_str(), __FILE__, __LINE__, \
+                                            __extension__ __PRETTY_FUNCTION__))
 /// TARVOS_REQUIRE, after its macros were expanded.
 #define TARVOS_REQUIRE_EXPANDED(...) \
     (static_cast<bool>(__VA_ARGS__)  \

@@ -33,7 +33,7 @@ constexpr double DEFAULT_RATE = 25.0;
 constexpr double MAX_RATE = 10'000.0;
 /// A stamp further from 0, in seconds, is none: FFmpeg's mark of a missing one, in whatever time base.
 constexpr double MAX_STAMP = 1e8;
-/// A longer gap between two stamps, in seconds, is a jump.
+/// A longer gap between two stamps of a file, in seconds, is a jump.
 constexpr double MAX_GAP = 60.0;
 
 /// The times of frames, from stamps that may be missing or jump.
@@ -42,10 +42,9 @@ public:
     double time() const { return mTime; }
     /// Takes the stamp of the next frame, in seconds. One that makes no sense is replaced by the last gap, at first
     /// that of the @p rate.
-    void tick(double stamp, double rate) {
+    void tick(double stamp, double rate, double maxGap) {
         const double gap = stamp - mStamp;
-        const bool isSensible =
-            std::abs(stamp) < MAX_STAMP && gap > 0.5 / MAX_RATE && gap < std::max(MAX_GAP, 10.0 / rate);
+        const bool isSensible = std::abs(stamp) < MAX_STAMP && gap > 0.5 / MAX_RATE && gap < maxGap;
         if (mLastGap == 0.0) {
             mLastGap = 1.0 / rate;
             mOffset = -stamp;
@@ -86,9 +85,14 @@ public:
             throw std::runtime_error("the input has no 8-bit colour frames");
         // A camera's clock is the time of arrival: who is slower than the camera misses frames.
         const std::chrono::duration<double> now = std::chrono::steady_clock::now() - mStart;
-        mClock.tick(mIsCamera ? now.count() : mCapture.get(cv::CAP_PROP_POS_MSEC) / 1000.0, frameRate());
+        if (mIsCamera)
+            mClock.tick(now.count(), frameRate(), std::numeric_limits<double>::infinity());
+        else
+            mClock.tick(mCapture.get(cv::CAP_PROP_POS_MSEC) / 1000.0, frameRate(),
+                        std::max(MAX_GAP, 10.0 / frameRate()));
         if (frame.width() != mDecoded.cols || frame.height() != mDecoded.rows ||
-            frame.channels() != Image::CHANNELS_BGR || frame.bitsPerChannel() != Image::BITS_8U)
+            frame.channels() != Image::CHANNELS_BGR || frame.nofChannels() != 3 ||
+            frame.bitsPerChannel() != Image::BITS_8U)
             frame = Image(mDecoded.cols, mDecoded.rows, Image::CHANNELS_BGR, Image::BITS_8U);
         mDecoded.copyTo(matView(frame));
         ++mNumber;
@@ -200,6 +204,8 @@ FrameSource::~FrameSource() = default;
 
 std::unique_ptr<FrameSource> FrameSource::open(const std::string& path, double rate) {
     TARVOS_REQUIRE((rate > 0.0 && std::isfinite(rate)) && "FrameSource: the rate is not above 0 and finite.");
+    if (path.find('\0') != std::string::npos)
+        throw std::runtime_error("a name contains a NUL byte: " + path);
     if (access(path.c_str(), R_OK) != 0)
         throw std::runtime_error(path + ": " + std::generic_category().message(errno));
     if (fs::is_directory(path))

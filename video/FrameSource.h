@@ -11,9 +11,10 @@ namespace tarvos::video {
 
 /// The frames of a video file, a directory of images or a camera, one after the other.
 ///
-/// All frames are 8-bit BGR and of one size. Of a directory's images, those that cannot be read, or differ in size from
-/// the first, are named on standard error and skipped; they leave a gap in number() and time(). An input that cannot be
-/// used at all throws `std::runtime_error` with the reason, or the file system's own error.
+/// All frames are 8-bit BGR and of one size (of a video that changes its size, OpenCV makes what it can). Of a
+/// directory's images, those that cannot be read, or differ in size from the first, are named on standard error and
+/// skipped; they leave a gap in number() and time(). An input that cannot be used at all throws `std::runtime_error`
+/// with the reason, or the file system's own error.
 ///
 /// OpenCV and FFmpeg may write messages of their own; an application that does not want them sets their log levels.
 ///
@@ -33,14 +34,16 @@ public:
     /// Opens a camera of the system; the first has the number 0.
     static std::unique_ptr<FrameSource> openCamera(int number);
 
-    /// Reads the next frame into @p frame. False at the end; @p frame is then unchanged.
+    /// Reads the next frame into @p frame, whose time stamp stays. False at the end, and where the next frame cannot be
+    /// decoded or the camera delivers none; @p frame is then unchanged. Throws `std::runtime_error` if the frames are
+    /// not 8-bit colour.
     virtual bool read(core::cvdata::Image& frame) = 0;
     /// The time of the frame read last, in seconds since the first; it always increases. Of a video by its own time
     /// stamps, which need not be evenly spaced (where they are missing or make no sense, by the frame rate); of a
     /// directory by the rate; of a camera when the frame arrived. 0 before the first.
     virtual double time() const = 0;
-    /// Frames per second, on average in a video whose frames are not evenly spaced. 25 where the input states none that
-    /// makes sense.
+    /// Frames per second, on average in a video whose frames are not evenly spaced. 25 if the input states no plausible
+    /// rate.
     virtual double frameRate() const = 0;
     /// The number of frames according to the input, which a container may only estimate; 0 if it is unknown.
     virtual int frameCount() const = 0;

@@ -21,9 +21,12 @@ VideoFile::VideoFile(const std::string& path, double frameRate)
     : mPath(std::filesystem::absolute(path)), mFrameRate(frameRate) {
     TARVOS_REQUIRE((frameRate > 0.0 && std::isfinite(frameRate)) &&
                    "VideoFile: the frame rate is not above 0 and finite.");
+    if (std::filesystem::path(path).extension() != ".avi" || path.find('\0') != std::string::npos)
+        throw std::runtime_error("the name of a video does not end in .avi: " + path);
 }
 
 void VideoFile::add(const core::cvdata::Image& frame) {
+    TARVOS_REQUIRE(!mIsFinished && "VideoFile: the video is finished.");
     const cv::Mat pixels = matView(frame);
     TARVOS_REQUIRE((pixels.type() == CV_8UC3 && !pixels.empty() && (mFrames == 0 || pixels.size() == mSize)) &&
                    "VideoFile: the frame is not 8-bit with 3 channels and as large as the first.");
@@ -40,6 +43,9 @@ void VideoFile::add(const core::cvdata::Image& frame) {
 }
 
 void VideoFile::finish() {
+    mIsFinished = true;
+    if (mFrames == 0)
+        throw std::runtime_error("no frame was added to the video " + mPath);
     mWriter.release();
     cv::VideoCapture written(mPath, cv::CAP_FFMPEG);
     int frames = 0;

@@ -8,7 +8,8 @@
 
 namespace tarvos::video {
 
-/// A video that is written frame by frame, as Motion JPEG in an AVI file, which every player reads.
+/// A video that is written frame by frame, as Motion JPEG in an AVI file, which every player reads. Neither copyable
+/// nor movable.
 ///
 /// The file is complete, and checked, once finish() returns; without it, it is whatever was written by then.
 ///
@@ -17,22 +18,25 @@ namespace tarvos::video {
 class TARVOS_CORE_EXPORT VideoFile {
 public:
     /// The file at @p path, which is made with the first frame and replaces one that is there, with @p frameRate frames
-    /// per second. Aborts for a rate that is not above 0 or not finite.
+    /// per second. Throws `std::runtime_error` unless the name ends in .avi and has no NUL byte. Aborts for a rate that
+    /// is not above 0 or not finite.
     VideoFile(const std::string& path, double frameRate);
     VideoFile(const VideoFile&) = delete;
     VideoFile& operator=(const VideoFile&) = delete;
 
-    /// Appends @p frame. Throws `std::runtime_error` if the file cannot be written. Aborts unless the frame is 8-bit,
-    /// of 3 channels and as large as the first. Frames of fewer than 16 rows or columns get black ones.
+    /// Appends @p frame, in BGR. Throws `std::runtime_error` if the file cannot be created; a disk that is full later
+    /// shows in finish(). Aborts unless the frame is 8-bit, of 3 channels and as large as the first, and after
+    /// finish(). Frames under 16 pixels in a direction are padded with black; the video is then larger than the frame.
     void add(const core::cvdata::Image& frame);
-    /// Completes the file and reads it again. Throws `std::runtime_error` unless every frame is there, on a full disk
-    /// for instance.
+    /// Completes the file and decodes it again. Throws `std::runtime_error` unless every frame is there, on a full disk
+    /// for instance, and if there is none.
     void finish();
 
 private:
     std::string mPath;
     double mFrameRate;
     int mFrames = 0;
+    bool mIsFinished = false;
     cv::Size mSize;
     cv::VideoWriter mWriter;
     cv::Mat mWithMargin;

@@ -82,11 +82,12 @@ void normalize(ColourHist2d& histogram) {
 double bhattacharyyaDistance(const ColourHist2d& a, const ColourHist2d& b) {
     TARVOS_REQUIRE((binsOf(a) == binsOf(b)) && "Histogram: the histograms differ in shape.");
     const auto entriesA = math::eigenMap(a.data()).array(), entriesB = math::eigenMap(b.data()).array();
+    TARVOS_REQUIRE(((entriesA >= 0.0).all() && (entriesB >= 0.0).all()) &&
+                   "Histogram: an entry is negative or not a number.");
     const double sumA = entriesA.sum(), sumB = entriesB.sum();
     if (sumA == 0.0 || sumB == 0.0)
         return 1.0;
     const double coefficient = (entriesA * (1.0 / sumA) * (entriesB * (1.0 / sumB))).sqrt().sum();
-    TARVOS_REQUIRE(!std::isnan(coefficient) && "Histogram: an entry is negative or not a number.");
     return std::sqrt(std::max(1.0 - coefficient, 0.0));
 }
 

@@ -20,7 +20,7 @@ namespace tarvos::vision {
 ///
 /// @snippet vision.cpp histogram
 
-/// For each channel the value that its values lie below.
+/// The exclusive upper limit of each channel's values.
 /// @ingroup vision
 using ChannelLimits = std::array<int, 3>;
 /// The limits of 8-bit blue, green and red, or of any channels that use all 8 bits.
@@ -30,8 +30,8 @@ inline constexpr ChannelLimits BGR_LIMITS{256, 256, 256};
 /// @ingroup vision
 inline constexpr ChannelLimits HSV_LIMITS{180, 256, 256};
 
-/// Adds 1 to the entry of each of the @p pixels, of those only where @p mask (CV_8UC1, of their size; empty for all) is
-/// not 0.
+/// Adds 1 to the entry of each of the @p pixels, of those only where @p mask (CV_8UC1, of their size) is not 0. An
+/// empty mask stands for all of them.
 /// @ingroup vision
 TARVOS_CORE_EXPORT void addPixels(core::cvdata::ColourHist2d& histogram, const cv::Mat& pixels,
                                   const cv::Mat& mask = {}, const ChannelLimits& limits = BGR_LIMITS);
@@ -40,9 +40,9 @@ TARVOS_CORE_EXPORT void addPixels(core::cvdata::ColourHist2d& histogram, const c
 /// @ingroup vision
 TARVOS_CORE_EXPORT void normalize(core::cvdata::ColourHist2d& histogram);
 
-/// The Bhattacharyya distance of two histograms of one shape, whatever their sums: from 0 (proportional) to 1 (nothing
-/// in common, or one of them zero), as `cv::HISTCMP_BHATTACHARYYA`. Aborts for different shapes and for negative
-/// entries.
+/// The Bhattacharyya distance of two histograms of the same shape, whatever their sums: from 0 (proportional) to 1
+/// (nothing in common, or one of them zero), as `cv::HISTCMP_BHATTACHARYYA`. Aborts for different shapes and for
+/// negative entries.
 /// @ingroup vision
 TARVOS_CORE_EXPORT double bhattacharyyaDistance(const core::cvdata::ColourHist2d& a,
                                                 const core::cvdata::ColourHist2d& b);

@@ -16,18 +16,21 @@ namespace tarvos::vision {
 /// prediction in two steps is thus the prediction in one, whatever the frame rate. Measurements are independent with
 /// normal errors.
 ///
-/// state() and covariance() are the only truth: what the user changes there is what the next step starts from.
+/// The filter keeps no other state than state() and covariance(): what the user changes there is what the next step
+/// starts from.
 ///
-/// Vectors and matrices of the wrong size, deviations that are negative or not finite, a measurement deviation of 0, a
-/// measurement that is not finite, a covariance of one that is not symmetric and positive definite, and a time before
-/// the state's abort. The cost of a step grows with the cube of stateIncDimension(); with 4 degrees of freedom and
-/// velocities it is some microseconds.
+/// Aborts for: vectors and matrices of the wrong size; deviations that are negative or not finite; a measurement
+/// deviation of 0; a measurement that is not finite; a measurement covariance that is not symmetric and positive
+/// definite; a time before the state's. When an operation throws, for lack of memory or in the pose, the filter is
+/// unchanged. The cost of a step grows with the cube of stateIncDimension(); with 4 degrees of freedom and velocities
+/// it is one to two microseconds.
 ///
 /// @snippet vision.cpp kalman
 /// @ingroup vision
 class TARVOS_CORE_EXPORT KalmanFilter {
 public:
-    /// Starts from @p initial. @p processDeviation and @p measurementDeviation have poseDoF() elements. The initial
+    /// Starts from @p initial. @p processDeviation (in the units of the highest derivative) and
+    /// @p measurementDeviation (in those of the pose) have poseDoF() elements. The initial
     /// covariance is the measurement's for the pose and the squared process deviation for each derivative.
     KalmanFilter(const core::State& initial, const math::Vector& processDeviation,
                  const math::Vector& measurementDeviation);
@@ -44,7 +47,8 @@ public:
     void correct(const math::Vector& measurement, const math::Matrix& observation,
                  const math::SquareMatrix& covariance);
 
-    /// How far @p measurement, of poseDoF() elements, lies from the state, in standard deviations of both together. For
+    /// How far @p measurement, of poseDoF() elements, lies from the state, in standard deviations of both together,
+    /// with the measurement deviation given at construction. For
     /// gating: its square has the chi-squared distribution with poseDoF() degrees of freedom.
     double mahalanobisDistance(const math::Vector& measurement) const;
 

@@ -59,7 +59,8 @@ cv::Mat density(const ColorGMM& mixture, const cv::Mat& pixels) {
                         component->mCovarianceInverse.rows() == dim && component->mCovarianceInverse.cols() == dim &&
                         component->mDeterminant > 0.0F) &&
                        "Mixture: a component is empty, differs in dimension, or has no determinant above 0.");
-    TARVOS_REQUIRE((pixels.channels() >= static_cast<int>(dim)) && "Mixture: the pixels have too few channels.");
+    TARVOS_REQUIRE((pixels.empty() || pixels.channels() >= static_cast<int>(dim)) &&
+                   "Mixture: the pixels have too few channels.");
     cv::parallel_for_(cv::Range(0, pixels.rows), [&](const cv::Range& rows) {
         cv::Mat converted;
         for (int y = rows.start; y < rows.end; ++y) {
@@ -108,13 +109,14 @@ ColorGMM fitMixture(const cv::Mat& samples, int components) {
     model->setCovarianceMatrixType(cv::ml::EM::COV_MAT_GENERIC);
     const cv::RNG previous = cv::theRNG();
     cv::theRNG() = cv::RNG();  // the same for the same samples
+    bool isTrained = false;
     try {
-        model->trainEM(values);
-    } catch (...) {
-        cv::theRNG() = previous;
-        throw;
+        isTrained = model->trainEM(values);
+    } catch (const cv::Exception&) {  // of samples whose squares a float does not hold, say
     }
     cv::theRNG() = previous;
+    if (!isTrained)
+        throw std::runtime_error("fitMixture: OpenCV finds no mixture of these samples");
     std::vector<cv::Mat> covariances;
     model->getCovs(covariances);
     ColorGMM mixture(static_cast<std::size_t>(components), static_cast<std::size_t>(values.cols));
@@ -128,6 +130,8 @@ ColorGMM fitMixture(const cv::Mat& samples, int components) {
             throw std::runtime_error("fitMixture: the samples of a component span no volume");
         component.mCovarianceInverse = component.mCovariance.invert(math::Matrix::INVERSION_LU);
         component.mDeterminant = static_cast<float>(covariance.determinant());
+        if (!(component.mDeterminant > 0.0F && std::isfinite(component.mDeterminant)))
+            throw std::runtime_error("fitMixture: a component's determinant is beyond a float: scale the samples");
         std::copy_n(model->getMeans().ptr<double>(i), values.cols, component.mMean.begin());
         component.mWeight = static_cast<float>(model->getWeights().at<double>(i));
     }

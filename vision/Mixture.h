@@ -20,18 +20,19 @@ namespace tarvos::vision {
 TARVOS_CORE_EXPORT cv::Mat density(const core::cvdata::ColorGMM& mixture, const cv::Mat& pixels);
 
 /// A mask of the @p pixels (CV_8UC3, BGR) that have the colour of skin by ColorGMM::skin(): 255 where hue and
-/// saturation lie within so many standard @p deviations (of Mahalanobis distance) of a component, 0 elsewhere (CV_8UC1,
-/// of their size). Aborts for pixels of another type and for a number of deviations that is negative or not a number.
+/// saturation lie within @p deviations standard deviations (of Mahalanobis distance) of a component, 0 elsewhere
+/// (CV_8UC1, of their size). Aborts for pixels of another type and for a number of deviations that is negative or not a
+/// number.
 /// @ingroup vision
 TARVOS_CORE_EXPORT cv::Mat skinMask(const cv::Mat& pixels, double deviations = 3.0);
 
-/// Learns a mixture of so many @p components with full covariances by expectation maximisation (`cv::ml::EM`). Of
+/// Learns a mixture of @p components with full covariances by expectation maximisation (`cv::ml::EM`). Of
 /// @p samples, each row is one, of 1 to 4 columns (one channel, any depth): the values of a colour. All fields of all
 /// components are filled. The same samples give the same mixture.
 ///
-/// Throws `std::runtime_error` when there are fewer samples than components, when one is not finite, or when the
-/// samples, or those of a component, span no volume: all alike, or on a line. Aborts for a matrix of another shape and
-/// for fewer components than 1.
+/// Throws `std::runtime_error` when there are fewer samples than components, when one is not finite, when the samples,
+/// or those of a component, span no volume (all alike, or on a line), or when they are too large or too small for
+/// single precision. Aborts for a matrix of another shape and for fewer components than 1.
 /// @ingroup vision
 TARVOS_CORE_EXPORT core::cvdata::ColorGMM fitMixture(const cv::Mat& samples, int components);
 

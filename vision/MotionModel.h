@@ -14,7 +14,8 @@ namespace tarvos::vision::motion {
 /// The time from @p state to @p time.
 inline double timeTo(double time, const core::State& state) {
     const double dt = time - state.getTimeStamp();
-    TARVOS_REQUIRE((std::isfinite(dt) && dt >= 0.0) && "Filter: the time is before the state's, or not finite.");
+    TARVOS_REQUIRE_WITH("(" + std::to_string(time) + " after " + std::to_string(state.getTimeStamp()) + ")",
+                        (std::isfinite(dt) && dt >= 0.0) && "Filter: the time is before the state's, or not finite.");
     return dt;
 }
 

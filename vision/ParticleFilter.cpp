@@ -36,6 +36,32 @@ std::vector<double> normalNumbers(std::size_t particles, std::size_t dimension, 
     return numbers;
 }
 
+/// The weighted mean.
+Vector meanOf(std::vector<double>& particles, std::vector<double>& weights) {
+    const auto rows = rowsOf(particles, weights.size());
+    Vector mean(static_cast<unsigned int>(rows.cols()));
+    eigenMap(mean) = rows.transpose() * rowsOf(weights, weights.size());
+    return mean;
+}
+
+/// As many particles, each drawn about as often as its weight says: systematic resampling, from one random @p offset
+/// below 1 (Kitagawa, "Monte Carlo Filter and Smoother for Non-Gaussian Nonlinear State Space Models", 1996).
+std::vector<double> resampled(const std::vector<double>& particles, const std::vector<double>& weights, double offset) {
+    const auto dimension = static_cast<std::ptrdiff_t>(particles.size() / weights.size());
+    std::vector<double> chosen;
+    chosen.reserve(particles.size());
+    std::size_t source = 0;
+    double upTo = weights[0];
+    for (std::size_t i = 0; i < weights.size(); ++i) {
+        const double place = (static_cast<double>(i) + offset) / static_cast<double>(weights.size());
+        while (upTo < place && source + 1 < weights.size())
+            upTo += weights[++source];
+        const auto first = particles.begin() + static_cast<std::ptrdiff_t>(source) * dimension;
+        chosen.insert(chosen.end(), first, first + dimension);
+    }
+    return chosen;
+}
+
 }  // namespace
 
 ParticleFilter::ParticleFilter(const State& initial, std::size_t particles, const Vector& initialDeviation,
@@ -110,7 +136,7 @@ bool ParticleFilter::correct(const std::function<double(const State&)>& likeliho
     cv::RNG random = mRandom;
     std::vector<double> chosen;
     if (isResampling)
-        chosen = resampled(weights, random.uniform(0.0, 1.0));
+        chosen = resampled(mParticles, weights, random.uniform(0.0, 1.0));
     mState.setIncDataFromVector(meanOf(mParticles, weights), -1);
     if (isResampling) {
         mParticles = std::move(chosen);
@@ -120,31 +146,6 @@ bool ParticleFilter::correct(const std::function<double(const State&)>& likeliho
     mEffective = effective;
     mRandom = random;
     return true;
-}
-
-Vector ParticleFilter::meanOf(std::vector<double>& particles, std::vector<double>& weights) {
-    const auto rows = rowsOf(particles, weights.size());
-    Vector mean(static_cast<unsigned int>(rows.cols()));
-    eigenMap(mean) = rows.transpose() * rowsOf(weights, weights.size());
-    return mean;
-}
-
-/// As many particles, each drawn about as often as its weight says: systematic resampling, from one random @p offset
-/// below 1 (Kitagawa, "Monte Carlo Filter and Smoother for Non-Gaussian Nonlinear State Space Models", 1996).
-std::vector<double> ParticleFilter::resampled(const std::vector<double>& weights, double offset) const {
-    const auto dimension = static_cast<std::ptrdiff_t>(mParticles.size() / weights.size());
-    std::vector<double> chosen;
-    chosen.reserve(mParticles.size());
-    std::size_t source = 0;
-    double upTo = weights[0];
-    for (std::size_t i = 0; i < weights.size(); ++i) {
-        const double place = (static_cast<double>(i) + offset) / static_cast<double>(weights.size());
-        while (upTo < place && source + 1 < weights.size())
-            upTo += weights[++source];
-        const auto first = mParticles.begin() + static_cast<std::ptrdiff_t>(source) * dimension;
-        chosen.insert(chosen.end(), first, first + dimension);
-    }
-    return chosen;
 }
 
 }  // namespace tarvos::vision

@@ -19,9 +19,9 @@ namespace tarvos::vision {
 /// The likelihood of a particle is asked for by several threads at once (`cv::parallel_for_`; `cv::setNumThreads(1)`
 /// makes it one), each with a State of its own. The same seed gives the same particles whatever the number of threads.
 ///
-/// Vectors of the wrong size, deviations that are negative or not finite, no particles, a time before the state's, no
-/// likelihood or one that returns a number that is negative or not finite abort. When an operation throws, the filter
-/// is unchanged.
+/// Aborts for: vectors of the wrong size; deviations that are negative or not finite; no particles; a time before the
+/// state's; no likelihood, or one that returns a number that is negative or not finite. More particles than memory can
+/// hold are `std::bad_alloc`. When an operation throws, the filter is unchanged.
 ///
 /// @snippet vision.cpp particles
 /// @ingroup vision
@@ -40,7 +40,7 @@ public:
     /// likely; an exception of the likelihood passes through, and nothing is changed.
     bool correct(const std::function<double(const core::State&)>& likelihood);
 
-    /// The estimate: the weighted mean of the particles, at the time of the last prediction.
+    /// The estimate: the weighted mean of the particles, element by element, at the time of the last prediction.
     const core::State& state() const { return mState; }
     /// How many equally weighted particles the estimate is worth: 1 / (sum of the squared weights), before the last
     /// correction resampled.
@@ -55,9 +55,6 @@ private:
     std::vector<double> mWeights;  ///< which sum to 1
     double mEffective;
     cv::RNG mRandom;
-
-    static math::Vector meanOf(std::vector<double>& particles, std::vector<double>& weights);
-    std::vector<double> resampled(const std::vector<double>& weights, double offset) const;
 };
 
 }  // namespace tarvos::vision

@@ -50,18 +50,15 @@ cv::Mat Regions::maskOf(const BlobInfo& region, const cv::Size& size) const {
 }
 
 void Regions::traceOutline(const BlobInfo& region, VisContourSamplePts& outline) const {
-    outline.clear();
-    outline.mPoints.clear();
     const std::vector<cv::Point>& contour = contourOf(region);
-    for (std::size_t i = 0; i < contour.size(); i += SAMPLING) {
-        outline.mPoints.emplace_back();
-        outline.mPoints.back().mVec4 = Vector4(contour[i].x, contour[i].y, 0.0, 0.0);
+    std::vector<VisContourSamplePts::CPOINT> points((contour.size() + SAMPLING - 1) / SAMPLING);
+    std::vector<VisContourSamplePts::Edge> edges(points.size());
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        points[i].mVec4 = Vector4(contour[i * SAMPLING].x, contour[i * SAMPLING].y, 0.0, 0.0);
+        edges[i].mPointRefs = {&points[i], &points[(i + 1) % points.size()]};
     }
-    // Edges last: until now the points have moved in memory.
-    for (std::size_t i = 0; i < outline.mPoints.size(); ++i) {
-        outline.mEdges.emplace_back();
-        outline.mEdges.back().mPointRefs = {&outline.mPoints[i], &outline.mPoints[(i + 1) % outline.mPoints.size()]};
-    }
+    outline.mPoints.swap(points);
+    outline.mEdges.swap(edges);
 }
 
 const std::vector<cv::Point>& Regions::contourOf(const BlobInfo& region) const {

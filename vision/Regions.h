@@ -9,7 +9,7 @@
 
 namespace tarvos::vision {
 
-/// The connected regions (8 neighbours) of a mask, their holes filled, as a list of blobs.
+/// The connected regions (8 neighbours) of a mask, their holes filled with whatever is in them, as a list of blobs.
 ///
 /// Of a record, `mBlock` is the region's box (x, y, width, height) and `mVector` the centre of that box (x, y), in
 /// pixels; `mField1` is the index of its contour, which only this object can use, and `mField2` its area in pixels,
@@ -32,7 +32,7 @@ public:
     const BlobInfo* largest() const;
     /// The pixels of one of the regions, 255 in a mask of a frame's @p size (CV_8UC1).
     cv::Mat maskOf(const BlobInfo& region, const cv::Size& size) const;
-    /// Samples the outline of one of the regions at every eighth pixel into @p outline, which is emptied before:
+    /// Samples the outline of one of the regions at every eighth pixel into @p outline, whose previous content goes:
     /// `mVec4` of a point is its place (x, y, 0, 0), and each edge joins a point to the next, the last one to the
     /// first.
     void traceOutline(const BlobInfo& region, core::cvdata::VisContourSamplePts& outline) const;

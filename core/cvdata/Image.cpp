@@ -141,7 +141,8 @@ Image& Image::operator=(const Image& image) {
 }
 
 unsigned char* Image::row(int y) const {
-    TARVOS_REQUIRE((y >= 0 && y < height() && isInBuffer()) && "Image: there is no such row.");
+    TARVOS_REQUIRE_WITH("(row " + std::to_string(y) + " of " + std::to_string(height()) + ")",
+                        (y >= 0 && y < height() && isInBuffer()) && "Image: there is no such row.");
     return imageBuffer() + y * mDescription.widthStep;
 }
 

@@ -41,8 +41,9 @@ cv::Mat matCopy(const Image& image) {
 Image imageOf(const cv::Mat& pixels) {
     TARVOS_REQUIRE((pixels.depth() <= CV_64F) && "Image: This depth is not implemented!");  // OpenCV would pass it on
     TARVOS_REQUIRE((pixels.dims <= 2) && "imageOf: the matrix has more than 2 dimensions.");
-    TARVOS_REQUIRE((pixels.channels() == 1 || pixels.channels() == 3 || pixels.channels() == 4) &&
-                   "imageOf: the matrix does not have 1, 3 or 4 channels.");
+    TARVOS_REQUIRE_WITH("(it has " + std::to_string(pixels.channels()) + ")",
+                        (pixels.channels() == 1 || pixels.channels() == 3 || pixels.channels() == 4) &&
+                            "imageOf: the matrix does not have 1, 3 or 4 channels.");
     if (pixels.empty())
         return {};
     if (pixels.total() > std::numeric_limits<int>::max() / pixels.elemSize())

@@ -58,6 +58,7 @@ void TiledImage::setCellImage(size_t cellRow, size_t cellCol, Image* img) {
         (iplImage() != NULL && iplImage()->width == mCols * mCellWidth && iplImage()->height == mRows * mCellHeight) &&
         "the mosaic was resized through its base");
 
+    TARVOS_REQUIRE(img->iplImage() != NULL);
     // A header over the cell alone: the pixels that a region of interest would name.
     if (iplImage()->roi != nullptr)
         cvResetImageROI(iplImage());

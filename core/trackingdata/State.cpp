@@ -11,7 +11,8 @@ namespace {
 
 /// @p part, which a pose has brought up to date, if it still has the size that was checked before.
 const math::Vector& sized(const math::Vector& part, unsigned int size) {
-    TARVOS_REQUIRE((part.dimension() == size) && "State: the pose has changed its size while it was read.");
+    TARVOS_REQUIRE_WITH("(from " + std::to_string(size) + " to " + std::to_string(part.dimension()) + ")",
+                        (part.dimension() == size) && "State: the pose has changed its size while it was read.");
     return part;
 }
 
@@ -73,7 +74,8 @@ math::Vector State::getPoseData() const {
 }
 
 const math::Vector& State::derivative(int order) const {
-    TARVOS_REQUIRE((order >= 1 && order < getMaxOrder()) && "State: there is no such derivative.");
+    TARVOS_REQUIRE_WITH("(derivative " + std::to_string(order) + " of " + std::to_string(getMaxOrder() - 1) + ")",
+                        (order >= 1 && order < getMaxOrder()) && "State: there is no such derivative.");
     return mDerivatives[static_cast<std::size_t>(order) - 1];
 }
 

@@ -21,9 +21,9 @@ int parseFrames(int argc, char** argv) {
     parser.setAppDescription("Face tracking demo");
     parser.addFlag("mirror", "mirror the picture");
     parser.addOption("frames", "number of frames", "100", false);
-    parser.parse();
     for (const std::string& word : parser.unknownWords())
         std::cerr << "unknown option " << word << ", see -help" << std::endl;
+    parser.parse();
     const int frames = parser.value<int>("frames").value_or(100);
     //! [parser]
     return frames;

@@ -59,7 +59,8 @@ cv::Rect startBox(const std::string& text, const cvdata::Image& frame) {
         box = cv::selectROI("colour_tracker", matView(frame));
     else if (std::sscanf(text.c_str(), "%d,%d,%d,%d%c", &box.x, &box.y, &box.width, &box.height, &rest) != 4)
         fail("-box expects x,y,width,height in the first frame, got \"" + text + "\"");
-    if (box.empty() || (box & cv::Rect(0, 0, frame.width(), frame.height())) != box)
+    if (box.x < 0 || box.y < 0 || box.width < 1 || box.height < 1 || box.width > frame.width() - box.x ||
+        box.height > frame.height() - box.y)
         fail("the box is empty or not inside the frame");
     return box;
 }

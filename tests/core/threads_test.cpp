@@ -72,7 +72,7 @@ TEST(Report, ReachesStandardErrorThoughTheTiedStreamFailsAndThrows) {
     std::cerr.tie(previous);
 }
 
-TEST(Threads, EightDoWhatOneDoesAndNoLineIsLostOrGarbled) {
+TEST(Threads, ConcurrentUse) {
     const TemporaryDirectory directory;
     std::string printed[2], reported[2];
     for (const bool isOne : {false, true})

@@ -174,7 +174,9 @@ TEST_F(VideoTest, SmallFramesAreWrittenAndOthersStop) {
     Image read;
     ASSERT_TRUE(FrameSource::open("small.avi")->read(read));
     EXPECT_NEAR(matView(read).at<cv::Vec3b>(1, 2)[0], 100, 12);
-    EXPECT_DEATH(video.add(imageOf(frame(5, {3, 3}))), "as large as the first");
+    EXPECT_DEATH(video.add(imageOf(frame(5, {3, 2}))), "the video is finished");
+    EXPECT_THROW(VideoFile("none.avi", 25.0).finish(), std::runtime_error);
+    EXPECT_THROW(VideoFile("video.mp4", 25.0), std::runtime_error);
     EXPECT_DEATH(VideoFile("x.avi", 25.0).add(imageOf(cv::Mat(20, 20, CV_8UC1))), "not 8-bit with 3 channels");
     EXPECT_DEATH(VideoFile("x.avi", 0.0), "the frame rate is not above 0");
 }

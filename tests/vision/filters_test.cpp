@@ -124,7 +124,7 @@ TEST_F(KalmanFilterTest, TheCovarianceStaysSymmetricAndPositiveSemidefinite) {
     }
 }
 
-TEST_F(KalmanFilterTest, StopsOnBrokenContracts) {
+TEST_F(KalmanFilterTest, AbortsOnBrokenContracts) {
     const State state = counting(2, 2);
     const Vector fine = Vector::of(1, 1);
     const char* const deviations = "deviations are not as many as needed, finite and not negative";
@@ -234,7 +234,7 @@ TEST_F(ParticleFilterTest, IsUnchangedWithoutALikelyParticleAndWhenTheLikelihood
     EXPECT_EQ(elementsOf(vectorOf(filter.state())), elementsOf(vectorOf(before.state())));
 }
 
-TEST_F(ParticleFilterTest, StopsOnBrokenContracts) {
+TEST_F(ParticleFilterTest, AbortsOnBrokenContracts) {
     const State state = counting(2, 2);
     const char* const deviations = "deviations are not as many as needed, finite and not negative";
     EXPECT_DEATH(ParticleFilter(state, 0, all(4, 1), all(2, 1)), "no particles");

@@ -50,7 +50,7 @@ TEST_F(HistogramTest, AZeroHistogramProjectsToZero) {
     EXPECT_EQ(backProject(ColourHist2d(0, 2, 2), pixels).size(), pixels.size());
 }
 
-TEST_F(HistogramTest, StopsOnWrongTypesSizesAndLimits) {
+TEST_F(HistogramTest, AbortsOnWrongTypesSizesAndLimits) {
     EXPECT_DEATH(addPixels(histogram, cv::Mat(2, 2, CV_8UC1)), "the pixels are not CV_8UC3");
     EXPECT_DEATH(backProject(histogram, cv::Mat(2, 2, CV_32FC3)), "the pixels are not CV_8UC3");
     EXPECT_DEATH(addPixels(histogram, pixels, cv::Mat(2, 2, CV_8UC1)), "the mask is not CV_8UC1");

@@ -99,7 +99,7 @@ TEST(MixtureTest, TheDensityIsThatOfTheComponents) {
     EXPECT_EQ(cv::countNonZero(density(ColorGMM(0, 3), pixels)), 0) << "no components";
 }
 
-TEST(MixtureTest, StopsOnWhatItCannotEvaluate) {
+TEST(MixtureTest, AbortsOnWhatItCannotEvaluate) {
     const cv::Mat pixels(2, 2, CV_8UC3, cv::Scalar::all(0));
     const ColorGMM skin = ColorGMM::skin();
     EXPECT_DEATH(density(skin, cv::Mat(2, 2, CV_8UC1)), "too few channels");

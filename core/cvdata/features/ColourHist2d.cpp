@@ -54,7 +54,8 @@ void ColourHist2d::setBins(unsigned char bins1, unsigned char bins2, unsigned ch
 }
 
 unsigned char ColourHist2d::binCount(std::int64_t bins) {
-    TARVOS_REQUIRE((bins >= 0 && bins <= 255) && "ColourHist2d: a channel has 0 to 255 bins.");
+    TARVOS_REQUIRE_WITH("(not " + std::to_string(bins) + ")",
+                        (bins >= 0 && bins <= 255) && "ColourHist2d: a channel has 0 to 255 bins.");
     return static_cast<unsigned char>(bins);
 }
 

@@ -181,15 +181,6 @@ TEST_F(ImageFileTest, SavingReplacesALinkToAFileAndNotItsTarget) {
     EXPECT_TRUE(isEqual(matView(loaded), pixels));
 }
 
-TEST_F(ImageFileTest, SavesRowsThatAreNotAlignedToTheirValues) {
-    const cv::Mat deep = noise(3, 4, CV_16UC1);
-    Image unaligned(3, 4, Image::CHANNELS_GRAY, Image::BITS_16U);
-    for (int y = 0; y < 4; ++y)
-        std::memcpy(unaligned.row(y), deep.ptr(y), 6);
-    ASSERT_TRUE(unaligned.save("deep.png"));
-    EXPECT_TRUE(isEqual(cv::imread("deep.png", cv::IMREAD_UNCHANGED), deep));
-}
-
 TEST_F(ImageFileTest, SavingWorksInADirectoryOfTheLongestName) {
     std::string folder = directory.path();
     while (folder.size() < 4085) {

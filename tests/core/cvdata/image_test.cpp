@@ -52,17 +52,6 @@ TEST_F(ImageOfHeaderTest, ThePaddingOfAPartsLastRowIsItsParents) {
     }
 }
 
-TEST_F(ImageOfHeaderTest, ThePaddingOfAnImagesOwnLastRowIsCopied) {
-    header.width = 2;
-    header.height = 2;
-    header.widthStep = 8;
-    image.updateFromOpencvHeader(&header);
-    image.updateOpencvHeader();
-    std::memset(image.imageBuffer(), 7, 16);
-    EXPECT_EQ(Image(image).row(1)[7], 7);
-    EXPECT_EQ(std::unique_ptr<Image>(image.clone())->row(1)[7], 7);
-}
-
 TEST(ImageTest, AnEmptyImageWithAHeaderIsCopied) {
     Image empty;
     empty.updateOpencvHeader();
@@ -101,7 +90,7 @@ struct ImageContractTest : ImageOfHeaderTest {
     const Image empty;
 };
 
-TEST_F(ImageContractTest, StopsOnAnInvalidLayoutOrDepth) {
+TEST_F(ImageContractTest, AbortsOnAnInvalidLayoutOrDepth) {
     EXPECT_DEATH(Image(2, 2, static_cast<Image::ColorChannels>(6), Image::BITS_8U),
                  "not supported number of mChannels");
     EXPECT_DEATH(Image(2, 2, Image::CHANNELS_BGR, static_cast<Image::BitsPerChannel>(24)), "depth is not implemented!");
@@ -109,7 +98,7 @@ TEST_F(ImageContractTest, StopsOnAnInvalidLayoutOrDepth) {
     EXPECT_DEATH(Image copy(&header), "depth is not implemented!");
 }
 
-TEST_F(ImageContractTest, StopsOnWhatCannotBeCopied) {
+TEST_F(ImageContractTest, AbortsOnWhatCannotBeCopied) {
     EXPECT_DEATH(Image(static_cast<const IplImage*>(nullptr)), "there is no header to copy");
     EXPECT_DEATH(image.updateFromOpencvHeader(nullptr), "there is no header to read");
     EXPECT_DEATH(empty.clone(), "there is no header to copy");
@@ -122,7 +111,7 @@ TEST_F(ImageContractTest, StopsOnWhatCannotBeCopied) {
     EXPECT_DEATH(image.clone(), "Image::Image\\(const IplImage\\*\\): Assertion `\\(image->nChannels == 1\\)");
 }
 
-TEST_F(ImageContractTest, StopsOnASourceThatExceedsItsBuffer) {
+TEST_F(ImageContractTest, AbortsOnASourceThatExceedsItsBuffer) {
     image.iplImage()->height = 5;
     EXPECT_DEATH(Image copy(image), "description and its pixels are out of step");
     EXPECT_DEATH(image.clone(), "description and its pixels are out of step");
@@ -131,7 +120,7 @@ TEST_F(ImageContractTest, StopsOnASourceThatExceedsItsBuffer) {
     EXPECT_DEATH(Image() = image, "description and its pixels are out of step");
 }
 
-TEST_F(ImageContractTest, StopsOnADescriptionThatExceedsTheBuffer) {
+TEST_F(ImageContractTest, AbortsOnADescriptionThatExceedsTheBuffer) {
     for (const auto& [width, height, step] :
          {std::tuple{4, 5, 4}, {4, 4, 5}, {17, 1, 4}, {-1, 4, 4}, {4, -1, 4}, {4, 4, -4}, {4, INT_MAX, INT_MAX}}) {
         SCOPED_TRACE(testing::Message() << width << "x" << height << " in steps of " << step);
@@ -140,7 +129,7 @@ TEST_F(ImageContractTest, StopsOnADescriptionThatExceedsTheBuffer) {
         header.widthStep = step;
         image.updateFromOpencvHeader(&header);
         EXPECT_DEATH(image.updateOpencvHeader(), "description does not fit the buffer");
-        EXPECT_DEATH(image.row(0), "there is no such row");
+        EXPECT_DEATH(image.row(0), "there is no such row.\" \\(row 0 of ");
     }
 }
 

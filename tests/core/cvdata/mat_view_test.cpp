@@ -22,7 +22,7 @@ TEST(MatViewTest, SharesThePixelsWhateverTheRegionOfInterest) {
     EXPECT_TRUE(matView(described).empty()) << "without a buffer";
 }
 
-TEST(MatViewTest, StopsOnRowsThatAreNotAlignedToTheirValues) {
+TEST(MatViewTest, AbortsOnRowsThatAreNotAlignedToTheirValues) {
     for (const auto bits : {Image::BITS_16U, Image::BITS_32S, Image::BITS_32F, Image::BITS_64F}) {
         Image image(3, 4, Image::CHANNELS_GRAY, bits);
         std::fill_n(image.imageBuffer(), image.widthStep() * 4, static_cast<unsigned char>(0));
@@ -53,7 +53,7 @@ TEST(ImageOfTest, CopiesAPartOfAMat) {
     EXPECT_TRUE(imageOf(cv::Mat()).empty());
 }
 
-TEST(ImageOfTest, StopsOnWhatNoImageHolds) {
+TEST(ImageOfTest, AbortsOnWhatNoImageHolds) {
     EXPECT_DEATH(imageOf(cv::Mat(2, 2, CV_16F)), "This depth is not implemented!");
     EXPECT_DEATH(imageOf(cv::Mat(2, 2, CV_8UC2)), "does not have 1, 3 or 4 channels");
     const int sizes[] = {2, 2, 2};

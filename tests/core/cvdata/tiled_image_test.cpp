@@ -16,17 +16,6 @@ struct TiledImageTest : testing::Test {
     Image cell{161, 120, Image::CHANNELS_BGR, Image::BITS_8U};
 };
 
-TEST_F(TiledImageTest, ACellTakesAnImageAndTheOthersStay) {
-    matView(mosaic).setTo(cv::Scalar::all(0));
-    matView(cell).setTo(cv::Scalar::all(9));
-    cvSetImageROI(mosaic.iplImage(), cvRect(1, 1, 2, 2));
-    mosaic.setCellImage(1, 2, &cell);
-    EXPECT_EQ(mosaic.iplImage()->roi, nullptr);
-    cv::Mat expected = cv::Mat::zeros(240, 483, CV_8UC3);
-    expected(cv::Rect(322, 120, 161, 120)).setTo(cv::Scalar::all(9));
-    EXPECT_EQ(cv::norm(matView(mosaic), expected, cv::NORM_INF), 0.0);
-}
-
 TEST_F(TiledImageTest, ARegionOfInterestOfTheCellIsIgnoredAndAnotherKindOfPixelsRejected) {
     matView(mosaic).setTo(cv::Scalar::all(0));
     matView(cell).setTo(cv::Scalar::all(9));
@@ -47,7 +36,7 @@ TEST_F(TiledImageTest, AssignmentKeepsTheLayoutForAnUnknownChannelSequence) {
     EXPECT_EQ(target.channels(), Image::CHANNELS_BGR) << "what OpenCV's header says";
 }
 
-TEST_F(TiledImageTest, StopsOnAWrongCell) {
+TEST_F(TiledImageTest, AbortsOnAWrongCell) {
     Image wide(162, 120, Image::CHANNELS_BGR, Image::BITS_8U), high(161, 121, Image::CHANNELS_BGR, Image::BITS_8U);
     EXPECT_DEATH(mosaic.setCellImage(2, 0, &cell), "cell row index is out of range");
     EXPECT_DEATH(mosaic.setCellImage(0, 3, &cell), "cell col index is out of range");
@@ -62,7 +51,7 @@ TEST_F(TiledImageTest, ABrokenContractIsOneLineInTheFormOfAssert) {
                               "[^\n]*\\): Assertion `img != __null' failed.\n"));
 }
 
-TEST_F(TiledImageTest, StopsWhereTheGridNoLongerFitsTheImage) {
+TEST_F(TiledImageTest, AbortsWhereTheGridNoLongerFitsTheImage) {
     TiledImage described(mosaic);
     described.resizeMemory(2, 2);
     described.updateFromOpencvHeader(mosaic.iplImage());

@@ -20,7 +20,7 @@ const std::string HEAD =
 const std::string HELP = "-help               false               false               display a help message\n";
 const std::string LEGEND = "\n(+): mandatory argument\n(*): argument was set on commandline\n\n";
 
-TEST(CmdLineParserTest, ServesEveryRecordOfAName) {
+TEST(CmdLineParserTest, DuplicateNames) {
     const std::vector<const char*> words = {"app", "-both", "word", "-twice", "one", "two", "-", "dash"};
     CmdLineParser parser = parserOf(words);
     parser.addFlag("both", "");
@@ -75,7 +75,15 @@ TEST(CmdLineParserTest, PrintsTheUsageTable) {
                   std::string(46, ' ') + "text                \n" + LEGEND);
 }
 
-TEST(CmdLineParserTest, EndsTheProcess) {
+TEST(CmdLineParserTest, NamesAMistypedMandatoryOptionBeforeItExits) {
+    const std::vector<const char*> words = {"app", "-n", "-value", "-input", "x", "-"};
+    CmdLineParser parser = parserOf(words);
+    parser.addOption("n", "", "", false);
+    parser.addOption("in", "", "", true);
+    EXPECT_THAT(parser.unknownWords(), testing::ElementsAre("-input", "-"));
+}
+
+TEST(CmdLineParserTest, Exits) {
     const std::string row = "-must         (+)   default             default             needed              \n";
     const std::string helped = "-help            (*)false               true                display a help message\n";
     const std::string noValue = "Warning: Option \"must\" requires an argument!! Value unchanged!!\n";

@@ -60,7 +60,7 @@ TEST(VectorPoseTest, DataAndIncrementalDataStayOneVectorInACopy) {
     }
 }
 
-TEST_F(PoseTest, StopsOnWrongSizes) {
+TEST_F(PoseTest, AbortsOnWrongSizes) {
     EXPECT_DEATH(pose.getData(two), "getData - vector sizes does not match!");
     EXPECT_DEATH(pose.getIncData(three), "getIncData - vector sizes does not match!");
     struct LostPose : TestPose {
@@ -108,7 +108,7 @@ struct GrowingPose : TestPose {
     void updateIncData() override { *mIncData = Vector(static_cast<unsigned int>(mDof += 9)); }
 };
 
-TEST_F(StateTest, StopsWhenThePoseChangesItsSizeWhileItIsRead) {
+TEST_F(StateTest, AbortsWhenThePoseChangesItsSizeWhileItIsRead) {
     State growing(GrowingPose(3, 2), 3);
     dynamic_cast<TestPose&>(*growing.pose()).outdate();
     Vector whole(7), incremental(6);
@@ -136,7 +136,7 @@ TEST_F(StateTest, AssignmentRunsOverTheBlocksThatBothStatesHave) {
     EXPECT_EQ(many.stateDimension(), 9) << "all that there is";
 }
 
-TEST_F(StateTest, StopsOnAVectorOfAnotherSize) {
+TEST_F(StateTest, AbortsOnAVectorOfAnotherSize) {
     EXPECT_DEATH(state.setPoseData(two), "finite state dimension does not match");
     EXPECT_DEATH(state.getPoseData(two), "finite state dimension does not match");
     EXPECT_DEATH(state.getStateData(two), "finite state dimension does not match");
@@ -147,7 +147,7 @@ TEST_F(StateTest, StopsOnAVectorOfAnotherSize) {
     }
 }
 
-TEST_F(StateTest, StopsOnAnOrderWithoutABlock) {
+TEST_F(StateTest, AbortsOnAnOrderWithoutABlock) {
     for (const int order : {4, 3, -2, INT_MIN}) {
         EXPECT_DEATH(state.derivative(order), "there is no such derivative");
         const std::string condition = order == 4 ? "too high AR order" : "mDerivatives.size\\(\\) >= order";
@@ -157,7 +157,7 @@ TEST_F(StateTest, StopsOnAnOrderWithoutABlock) {
     }
 }
 
-TEST_F(StateTest, StopsOnAnotherStatesDimensionsAndOnAPoseWithoutAClone) {
+TEST_F(StateTest, AbortsOnAnotherStatesDimensionsAndOnAPoseWithoutAClone) {
     EXPECT_DEATH(state = State(TestPose(4, 2), 3), "cannot assign states of different types!");
     EXPECT_DEATH(State(AnyPose(1, 0), 1), "the pose's clone\\(\\) returned null");
     EXPECT_DEATH(state = State(pose, 2), "cannot assign states of different types!");

@@ -80,7 +80,7 @@ TEST_F(FilesystemTest, WorksWhereTheCurrentDirectoryHasNoPath) {
     EXPECT_EQ(messageOf([] { Filesystem::ls("x", ""); }), "\nNot found: x");
 }
 
-TEST_F(FilesystemTest, RemovingIsNotLedOutOfTheTree) {
+TEST_F(FilesystemTest, RmDoesNotFollowSymlinks) {
     fs::create_directories("kept/sub");
     writeFile("kept/file");
     fs::create_directory("tree");
@@ -94,7 +94,7 @@ TEST_F(FilesystemTest, RemovingIsNotLedOutOfTheTree) {
     EXPECT_TRUE(Filesystem::exists("kept/file"));
 }
 
-TEST_F(FilesystemTest, ANameWithANulByteNamesNothing) {
+TEST_F(FilesystemTest, PathsContainingNulAreRejected) {
     writeFile("kept", "text");
     const std::string name("kept\0x", 6);
     EXPECT_FALSE(Filesystem::exists(name));

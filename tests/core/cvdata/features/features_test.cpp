@@ -70,7 +70,7 @@ TEST(ColorGmmTest, AComponentThatAUserKeepsIsNeverOverwritten) {
     EXPECT_EQ(next->mWeight, 1.0F) << "after initSkinDistribution";
 }
 
-TEST(ColorGmmTest, StopsAboveFourDimensionsAndOnANullSlot) {
+TEST(ColorGmmTest, AbortsAboveFourDimensionsAndOnANullSlot) {
     EXPECT_DEATH(ColorGMM(2, 5), "dim <= 4");
     EXPECT_THROW(ColorGMM(static_cast<std::size_t>(-1), 4), std::length_error);
     ColorGMM source(2, 2);
@@ -136,7 +136,7 @@ TEST(ColourHist2dTest, GetBinsSkipsNullPointers) {
     EXPECT_EQ(bins, 4);
 }
 
-TEST(ColourHist2dTest, StopsOnANumberOfBinsThatDoesNotFit) {
+TEST(ColourHist2dTest, AbortsOnANumberOfBinsThatDoesNotFit) {
     const char* const message = "a channel has 0 to 255 bins";
     EXPECT_DEATH(ColourHist2d(256, 4, 4), message);
     EXPECT_DEATH(ColourHist2d(4, -1, 4), message);
@@ -144,7 +144,7 @@ TEST(ColourHist2dTest, StopsOnANumberOfBinsThatDoesNotFit) {
     EXPECT_DEATH(histogram.setBins(4, 4, std::size_t{1} << 31), message);
 }
 
-TEST(ColourHist2dTest, StopsOnDataOfAnotherLengthAndHasNoneOnceMovedFrom) {
+TEST(ColourHist2dTest, AbortsOnDataOfAnotherLengthAndHasNoneOnceMovedFrom) {
     ColourHist2d source(255, 16, 4);
     EXPECT_EQ(source.getBinsTotal(), 16320U);
     EXPECT_DEATH(source.setData(Vector(2)), "Input.dimension\\(\\) == ");
@@ -153,7 +153,7 @@ TEST(ColourHist2dTest, StopsOnDataOfAnotherLengthAndHasNoneOnceMovedFrom) {
     EXPECT_DEATH(ColourHist2d(1, 1, 1) = source, "mColourHistData != __null");
 }
 
-TEST(VisContourSamplePtsTest, StopsOnAssignment) {
+TEST(VisContourSamplePtsTest, AbortsOnAssignment) {
     VisContourSamplePts contour;
     EXPECT_DEATH(contour = VisContourSamplePts(), "operator = not implemented");
 }
