@@ -189,7 +189,7 @@ private:
     /// Loads an image, under another name where a failure would print control characters.
     static Image load(const std::string& path) {
         if (printable(path) == path)
-            return Image(path);
+            return {path};
         const core::FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
         Image image("/proc/self/fd/" + std::to_string(file.get()));
         if (image.empty())

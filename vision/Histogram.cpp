@@ -33,7 +33,7 @@ void forEachRow(const ColourHist2d& histogram, const cv::Mat& pixels, const Chan
     std::int32_t parts[3][256];  // what a channel's value contributes to the index
     for (std::size_t i = 0; i < 3; ++i) {
         std::fill(std::begin(parts[i]), std::end(parts[i]), NOT_COUNTED);
-        int value = 0;
+        std::int64_t value = 0;
         for (std::int64_t bin = 0; bin < bins[i]; ++bin)
             for (; value < 256 && value * bins[i] < (bin + 1) * limits[i]; ++value)
                 parts[i][value] = static_cast<std::int32_t>(bin) * strides[i];

@@ -36,8 +36,9 @@ Eigen::ArrayXd squaredDistances(const GM& component, const Values& values) {
 /// 255 at [hue][saturation] for the colours of skin.
 cv::Mat skinColours(double deviations) {
     EigenMatrix colours(HUES * LEVELS, 2);
-    for (int i = 0; i < HUES * LEVELS; ++i)
-        colours.row(i) << i / LEVELS, i % LEVELS;
+    for (int hue = 0; hue < HUES; ++hue)
+        for (int saturation = 0; saturation < LEVELS; ++saturation)
+            colours.row(hue * LEVELS + saturation) << hue, saturation;
     cv::Mat marked = cv::Mat::zeros(HUES, LEVELS, CV_8UC1);
     const ColorGMM skin = ColorGMM::skin();
     for (const auto& component : skin.mMixtures) {
@@ -47,6 +48,24 @@ cv::Mat skinColours(double deviations) {
                 marked.ptr()[i] = 255;
     }
     return marked;
+}
+
+/// A model of @p samples, the same for the same ones, whatever the thread's random numbers, which stay as they are.
+cv::Ptr<cv::ml::EM> trained(const cv::Mat& samples, int components) {
+    const cv::Ptr<cv::ml::EM> model = cv::ml::EM::create();
+    model->setClustersNumber(components);
+    model->setCovarianceMatrixType(cv::ml::EM::COV_MAT_GENERIC);
+    const cv::RNG previous = cv::theRNG();
+    cv::theRNG() = cv::RNG();
+    bool isTrained = false;
+    try {
+        isTrained = model->trainEM(samples);
+    } catch (const cv::Exception&) {  // of samples whose squares a float does not hold, say
+    }
+    cv::theRNG() = previous;
+    if (!isTrained)
+        throw std::runtime_error("fitMixture: OpenCV finds no mixture of these samples");
+    return model;
 }
 
 }  // namespace
@@ -104,19 +123,7 @@ ColorGMM fitMixture(const cv::Mat& samples, int components) {
         throw std::runtime_error("fitMixture: there are fewer samples than components");
     if (!cv::checkRange(values))
         throw std::runtime_error("fitMixture: a sample is not finite");
-    const cv::Ptr<cv::ml::EM> model = cv::ml::EM::create();
-    model->setClustersNumber(components);
-    model->setCovarianceMatrixType(cv::ml::EM::COV_MAT_GENERIC);
-    const cv::RNG previous = cv::theRNG();
-    cv::theRNG() = cv::RNG();  // the same for the same samples
-    bool isTrained = false;
-    try {
-        isTrained = model->trainEM(values);
-    } catch (const cv::Exception&) {  // of samples whose squares a float does not hold, say
-    }
-    cv::theRNG() = previous;
-    if (!isTrained)
-        throw std::runtime_error("fitMixture: OpenCV finds no mixture of these samples");
+    const cv::Ptr<cv::ml::EM> model = trained(values, components);
     std::vector<cv::Mat> covariances;
     model->getCovs(covariances);
     ColorGMM mixture(static_cast<std::size_t>(components), static_cast<std::size_t>(values.cols));

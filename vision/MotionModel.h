@@ -37,7 +37,10 @@ inline void requireDeviations(const math::Vector& deviations, int dimension) {
 
 /// dt^k / k!: what the derivative k orders higher contributes over the time @p dt.
 inline double taylor(double dt, Eigen::Index k) {
-    return k == 0 ? 1.0 : taylor(dt, k - 1) * dt / static_cast<double>(k);
+    double factor = 1.0;
+    for (; k > 0; --k)
+        factor *= dt / static_cast<double>(k);
+    return factor;
 }
 
 /// Moves the blocks over the time @p dt in place: calls `add(to, from, factor)` for each block and each behind it,

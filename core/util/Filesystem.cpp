@@ -68,7 +68,7 @@ void forEachEntry(const std::string& dir, Visit visit) {
 /// Copies a regular file to a new one, which is removed on failure; everything that allocates comes before that file
 /// exists. Of its own, since libstdc++'s copy_file has reported complete copies of files that it cut, and the reverse.
 bool copyFile(const fs::path& from, const fs::path& to) {
-    constexpr std::size_t CHUNK = 256 * 1024;
+    constexpr std::size_t CHUNK = 1 << 18;
     const std::unique_ptr<char[]> bytes(new char[CHUNK]);
     // Asked before the file is opened, since opening a device may do something.
     const FileDescriptor source(fs::is_regular_file(from) ? open(from.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK) : -1);

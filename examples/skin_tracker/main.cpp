@@ -81,7 +81,7 @@ std::string findInput(const std::string& name) {
     if (fs::exists(fs::symlink_status(name, unknown)))
         return name;
     const tarvos::core::util::Resources resources("", "skin_tracker");
-    const std::string found = resources.findFile(name);
+    std::string found = resources.findFile(name);
     if (found.empty())
         throw std::runtime_error(
             name + ": not found" +
