@@ -10,6 +10,8 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL Runtime Development VisionRuntime VisionDevelopment VideoRuntime VideoDevelopment Documentation)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+# Where dpkg-shlibdeps finds the libraries of the package that the others depend on.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/core ${PROJECT_BINARY_DIR}/math)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 
@@ -48,6 +50,7 @@ foreach(name Vision Video)
   set(CPACK_DEBIAN_${_upper}RUNTIME_PACKAGE_NAME ${_library})
   set(CPACK_DEBIAN_${_upper}RUNTIME_PACKAGE_SECTION libs)
   set(CPACK_DEBIAN_${_upper}RUNTIME_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_${_upper}RUNTIME_PACKAGE_DEPENDS "${_exactly}")
   set(CPACK_DEBIAN_${_upper}RUNTIME_PACKAGE_CONTROL_EXTRA
     ${CMAKE_CURRENT_LIST_DIR}/debian/triggers ${PROJECT_BINARY_DIR}/debian/${_lower}/shlibs)
   set(CPACK_DEBIAN_${_upper}RUNTIME_PACKAGE_CONTROL_STRICT_PERMISSION ON)
@@ -64,8 +67,9 @@ This package contains the library that works on it: it fills histograms, marks
 skin, finds regions and filters states.")
 set(CPACK_DEBIAN_VISIONDEVELOPMENT_DESCRIPTION "visual tracking framework, files for development with regions and filters
 ${_about}
-This package contains the headers, the CMake package and the pkg-config file of
-the library that fills histograms, marks skin, finds regions and filters states.")
+This package contains the headers, the CMake package and the pkg-config file
+of the library that fills histograms, marks skin, finds regions and filters
+states.")
 set(CPACK_DEBIAN_VIDEORUNTIME_DESCRIPTION "visual tracking framework, frames in and out
 ${_about}
 This package contains the library that reads and writes videos.")

@@ -106,7 +106,7 @@ TEST_F(KalmanFilterTest, StartsFromWhatTheUserChanges) {
 }
 
 TEST_F(KalmanFilterTest, TheCovarianceStaysSymmetricAndPositiveSemidefinite) {
-    for (const int order : {1, 2, 3, 4}) {
+    for (const int order : {2, 4}) {
         KalmanFilter moving(counting(2, order), all(2, 1e7), all(2, 1.0));
         for (int i = 1; i <= 30000; ++i) {
             moving.predict(0.01 * i);
