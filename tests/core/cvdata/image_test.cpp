@@ -108,7 +108,7 @@ TEST_F(ImageContractTest, AbortsOnWhatCannotBeCopied) {
     header.nChannels = image.iplImage()->nChannels = 2;
     EXPECT_DEATH(Image copy(&header), "image->nChannels == 1");
     EXPECT_DEATH(Image copy(image), "image.iplImage\\(\\)->nChannels == 1");
-    EXPECT_DEATH(image.clone(), "Image::Image\\(const IplImage\\*\\): Assertion `\\(image->nChannels == 1\\)");
+    EXPECT_DEATH(image.clone(), "Image::Image\\(const IplImage ?\\*\\): Assertion `\\(image->nChannels == 1\\)");
 }
 
 TEST_F(ImageContractTest, AbortsOnASourceThatExceedsItsBuffer) {
