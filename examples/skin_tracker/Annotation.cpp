@@ -44,7 +44,7 @@ cv::Mat Annotation::legend(int width) {
     const std::pair<const char*, cv::Scalar> meanings[] = {{"hand's outline", GREEN},
                                                            {"its box", BLUE},
                                                            {"box while out of sight", GREY},
-                                                           {"predicted centre", RED},
+                                                           {"where its centre was expected", RED},
                                                            {"its last centres", YELLOW}};
     cv::Mat line(24, width, CV_8UC3, cv::Scalar::all(0));
     cv::Point place(6, 16);
