@@ -82,9 +82,11 @@ void normalize(ColourHist2d& histogram) {
 double bhattacharyyaDistance(const ColourHist2d& a, const ColourHist2d& b) {
     TARVOS_REQUIRE((binsOf(a) == binsOf(b)) && "Histogram: the histograms differ in shape.");
     const auto entriesA = math::eigenMap(a.data()).array(), entriesB = math::eigenMap(b.data()).array();
-    TARVOS_REQUIRE(((entriesA >= 0.0).all() && (entriesB >= 0.0).all()) &&
-                   "Histogram: an entry is negative or not a number.");
+    if (entriesA.size() == 0)
+        return 1.0;
     const double sumA = entriesA.sum(), sumB = entriesB.sum();
+    TARVOS_REQUIRE((entriesA.minCoeff() >= 0.0 && entriesB.minCoeff() >= 0.0 && !std::isnan(sumA + sumB)) &&
+                   "Histogram: an entry is negative or not a number.");
     if (sumA == 0.0 || sumB == 0.0)
         return 1.0;
     const double coefficient = (entriesA * (1.0 / sumA) * (entriesB * (1.0 / sumB))).sqrt().sum();

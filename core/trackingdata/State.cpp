@@ -2,7 +2,6 @@
 #include <tarvos/core/trackingdata/State.h>
 
 #include <algorithm>
-#include <cstddef>
 #include <ostream>
 
 namespace tarvos::core {
@@ -11,8 +10,9 @@ namespace {
 
 /// @p part, which a pose has brought up to date, if it still has the size that was checked before.
 const math::Vector& sized(const math::Vector& part, unsigned int size) {
-    TARVOS_REQUIRE_WITH("(from " + std::to_string(size) + " to " + std::to_string(part.dimension()) + ")",
-                        (part.dimension() == size) && "State: the pose has changed its size while it was read.");
+    TARVOS_REQUIRE_WITH(
+        "(from " + std::to_string(size) + " to " + std::to_string(part.dimension()) + ")",
+        (part.rows() * part.cols() == size) && "State: the pose has changed its size while it was read.");
     return part;
 }
 
@@ -122,7 +122,8 @@ void State::getStateIncData(math::Vector& stateIncData, int order) const {
         const auto sdim = static_cast<unsigned int>(stateIncDimension());
         TARVOS_REQUIRE((sdim == stateIncData.dimension()) &&
                        "ERROR: incremental state dimension does not match the input vector!");
-        pack(mPose->currentIncData(), stateIncData);
+        const auto dof = static_cast<unsigned int>(poseDoF());
+        pack(sized(mPose->currentIncData(), dof), stateIncData);
         return;
     }
     const auto pdim = static_cast<unsigned int>(poseDoF());
@@ -137,13 +138,14 @@ void State::getStateIncData(math::Vector& stateIncData, int order) const {
 void State::getStateData(math::Vector& stateData) const {
     TARVOS_REQUIRE((stateDimension() == stateData.dimension()) &&
                    "ERROR: finite state dimension does not match the input vector!");
-    pack(mPose->currentData(), stateData);
+    const auto dimension = static_cast<unsigned int>(poseDimension());
+    pack(sized(mPose->currentData(), dimension), stateData);
 }
 
 int State::derivativesDimension() const {
-    std::ptrdiff_t sum = 0;
+    unsigned int sum = 0;
     for (const math::Vector& block : mDerivatives)
-        sum += block.end() - block.begin();
+        sum += block.rows();
     return static_cast<int>(sum);
 }
 
@@ -154,7 +156,6 @@ math::Vector& State::block(int order) {
 
 /// Writes the pose's part and all blocks one after the other.
 void State::pack(const math::Vector& posePart, math::Vector& packed) const {
-    sized(posePart, packed.dimension() - static_cast<unsigned int>(derivativesDimension()));
     double* next = std::copy(posePart.begin(), posePart.end(), packed.begin());
     for (const math::Vector& block : mDerivatives)
         next = std::copy(block.begin(), block.end(), next);

@@ -50,14 +50,16 @@ void Pose::getIncData(math::Vector& vec) {
 const math::Vector& Pose::currentData() {
     if (getUpdateFlag() == 0)
         updateData();
-    TARVOS_REQUIRE((mData != NULL && (int)mData->dimension() == dimension()) && "Pose: the data has lost its size.");
+    TARVOS_REQUIRE((mData != NULL && (int)(mData->rows() * mData->cols()) == dimension()) &&
+                   "Pose: the data has lost its size.");
     return *mData;
 }
 
 const math::Vector& Pose::currentIncData() {
     if (getUpdateIncFlag() == 0)
         updateIncData();
-    TARVOS_REQUIRE((mIncData != NULL && (int)mIncData->dimension() == dof()) && "Pose: the data has lost its size.");
+    TARVOS_REQUIRE((mIncData != NULL && (int)(mIncData->rows() * mIncData->cols()) == dof()) &&
+                   "Pose: the data has lost its size.");
     return *mIncData;
 }
 
