@@ -62,7 +62,7 @@ const Module* module() {
     return functions;
 }
 
-/// Whether OpenCV may be given the file at @p path. A pipe would block; a damaged DICOM file exits.
+/// Whether OpenCV may be given the file at @p path. A pipe would block; on a damaged DICOM file the decoder exits.
 bool isReadable(const std::string& path) {
     std::error_code ignored;
     if (path.find('\0') != std::string::npos || !fs::is_regular_file(path, ignored))
