@@ -92,7 +92,7 @@ void addDistance() {
 void addRegions() {
     const cv::Mat mask = skinMask(picture({640, 480}));
     compare(
-        "Regions 640x480", "findContours, areas, boxes", [=] { return Regions(mask, 50.0); },
+        "Regions 640x480", "findContours + areas + boxes", [=] { return Regions(mask, 50.0); },
         [=] {
             std::vector<std::vector<cv::Point>> contours;
             cv::findContours(mask, contours, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE);
@@ -120,7 +120,7 @@ void addKalmanFilter(int dof, int order) {
     cv::setIdentity(peer->measurementNoiseCov, cv::Scalar(4.0));
     cv::setIdentity(peer->errorCovPost, cv::Scalar(4.0));
     compare(
-        cv::format("Kalman step, %d dof, order %d", dof, order), "cv::KalmanFilter",
+        cv::format("Kalman step of %d dof and order %d", dof, order), "cv::KalmanFilter",
         [=, measurement = all(dof, 1.0)] {
             filter->predict(filter->state().getTimeStamp() + 0.04);
             filter->correct(measurement);

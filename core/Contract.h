@@ -19,14 +19,10 @@ namespace tarvos::core {
 /// `TARVOS_REQUIRE((row < rows()) && "row index is out of range")`. The diagnostic prints the condition as it reads
 /// after macro expansion, hence the next macro.
 #define TARVOS_REQUIRE(...) TARVOS_REQUIRE_EXPANDED(__VA_ARGS__)
+#define TARVOS_REQUIRE_EXPANDED(...) TARVOS_REQUIRE_OR(#__VA_ARGS__, __VA_ARGS__)
 /// TARVOS_REQUIRE whose diagnostic ends with @p details, a string that is only composed for it.
-#define TARVOS_REQUIRE_WITH(details, ...)                                                               \
-    (static_cast<bool>(__VA_ARGS__)                                                                     \
-         ? static_cast<void>(0)                                                                         \
-         : ::tarvos::core::contractViolated((#__VA_ARGS__ " " + (details)).c_str(), __FILE__, __LINE__, \
-                                            __extension__ __PRETTY_FUNCTION__))
-/// TARVOS_REQUIRE, after its macros were expanded.
-#define TARVOS_REQUIRE_EXPANDED(...) \
+#define TARVOS_REQUIRE_WITH(details, ...) TARVOS_REQUIRE_OR((#__VA_ARGS__ " " + (details)).c_str(), __VA_ARGS__)
+#define TARVOS_REQUIRE_OR(text, ...) \
     (static_cast<bool>(__VA_ARGS__)  \
          ? static_cast<void>(0)      \
-         : ::tarvos::core::contractViolated(#__VA_ARGS__, __FILE__, __LINE__, __extension__ __PRETTY_FUNCTION__))
+         : ::tarvos::core::contractViolated(text, __FILE__, __LINE__, __extension__ __PRETTY_FUNCTION__))

@@ -10,12 +10,4 @@ Exception::Exception(std::string msg) noexcept : mMsg(std::move(msg)) {
     report(std::cerr, std::string("Exception Msg: ") + Exception::what());
 }
 
-const char* Exception::what() const noexcept {
-    return mMsg.c_str();
-}
-
-const std::string& Exception::whatString() const {
-    return mMsg;
-}
-
 }  // namespace tarvos::core

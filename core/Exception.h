@@ -20,9 +20,9 @@ public:
     Exception(std::string msg) noexcept;  // not explicit, so that a message can be thrown or passed as one
 
     /// The message as a C string, valid as long as the object lives.
-    const char* what() const noexcept override;
+    const char* what() const noexcept override { return mMsg.c_str(); }
     /// The stored message itself.
-    virtual const std::string& whatString() const;
+    virtual const std::string& whatString() const { return mMsg; }
 
 private:
     std::string mMsg;

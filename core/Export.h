@@ -1,8 +1,6 @@
 #pragma once
 
-#if __cplusplus < 201703L
-#error "Tarvos needs C++17 or newer: compile with -std=c++17"
-#endif
+#include <tarvos/math/Export.h>
 
 /// @file
 /// Symbol visibility of the core library and of those above it.

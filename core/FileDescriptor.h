@@ -16,10 +16,6 @@ public:
 
     int get() const noexcept { return mDescriptor; }
 
-    /// Reads up to @p size bytes; 0 at the end, negative on failure.
-    ssize_t read(char* bytes, std::size_t size) const noexcept {
-        return TEMP_FAILURE_RETRY(::read(mDescriptor, bytes, size));
-    }
     /// Whether all @p size bytes were written; errno is set otherwise.
     bool write(const char* bytes, std::size_t size) const noexcept {
         ssize_t count = 0;

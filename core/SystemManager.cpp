@@ -6,6 +6,7 @@
 #include <GL/freeglut.h>
 #include <GL/glx.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <initializer_list>
 #include <iostream>
@@ -20,36 +21,31 @@ std::string textOf(const GLubyte* text) {
 }
 
 void requireSupport(std::initializer_list<const char*> extensions, const char* complaint) {
-    for (const char* extension : extensions) {
-        if (!glewIsSupported(extension)) {
-            report(std::cerr, complaint);
-            std::exit(-1);
-        }
+    if (!std::all_of(extensions.begin(), extensions.end(), glewIsSupported)) {
+        report(std::cerr, complaint);
+        std::exit(-1);
     }
 }
 
 /// Prints the first supported extension, if any.
 void printSupport(std::initializer_list<const char*> extensions) {
-    for (const char* extension : extensions) {
-        if (glewIsSupported(extension)) {
-            report(std::cout, extension);
-            return;
-        }
-    }
+    const auto* supported = std::find_if(extensions.begin(), extensions.end(), glewIsSupported);
+    if (supported != extensions.end())
+        report(std::cout, *supported);
 }
 
-void printLimit(const char* label, GLenum limit) {
+std::string limitOf(GLenum limit) {
     GLint value = 0;
     glGetIntegerv(limit, &value);
-    report(std::cout, label + std::to_string(value));
+    return std::to_string(value);
 }
 
 /// 0 if the driver has no assembly programs, and thus no entry point.
-void printProgramLimit(const char* label, GLenum limit) {
+std::string programLimitOf(GLenum limit) {
     GLint value = 0;
     if (glGetProgramivARB != nullptr)
         glGetProgramivARB(GL_FRAGMENT_PROGRAM_ARB, limit, &value);
-    report(std::cout, label + std::to_string(value));
+    return std::to_string(value);
 }
 
 void checkGpu() {
@@ -61,28 +57,20 @@ void checkGpu() {
                    "ERROR: Framebuffer Objects (GL_EXT_framebuffer_object) are not supported.");
     requireSupport({"GL_ARB_texture_rectangle"}, "GL_ARB_texture_rectangle is not supported");
 
-    GLint size = 0;
-    glGetIntegerv(GL_MAX_RECTANGLE_TEXTURE_SIZE_ARB, &size);
-    report(std::cout, "GL_TEXTURE_RECTANGLE_ARB\nGL_MAX_RECTANGLE_TEXTURE_SIZE_EXT: " + std::to_string(size) + "x" +
-                          std::to_string(size));
+    const std::string size = limitOf(GL_MAX_RECTANGLE_TEXTURE_SIZE_ARB);
+    report(std::cout, "GL_TEXTURE_RECTANGLE_ARB\nGL_MAX_RECTANGLE_TEXTURE_SIZE_EXT: " + size + "x" + size);
     printSupport({"GL_ARB_vertex_buffer_object"});
     printSupport({"GL_EXT_geometry_shader4", "GL_NV_geometry_shader4"});
 
-    printLimit("GL_MAX_DRAW_BUFFERS:\t", GL_MAX_DRAW_BUFFERS);
-    printLimit("GL_MAX_TEXTURE_UNITS:\t\t", GL_MAX_TEXTURE_UNITS);
-    printLimit("GL_MAX_TEXTURE_COORDS:\t", GL_MAX_TEXTURE_COORDS);
-    printProgramLimit("GL_MAX_PROGRAM_NATIVE_INSTRUCTIONS_ARB:\t\t", GL_MAX_PROGRAM_NATIVE_INSTRUCTIONS_ARB);
-    printLimit("GL_MAX_MODELVIEW_STACK_DEPTH:\t", GL_MAX_MODELVIEW_STACK_DEPTH);
-    printLimit("GL_MAX_VARYING_COMPONENTS_EXT: ", GL_MAX_VARYING_COMPONENTS_EXT);
-    printLimit("GL_MAX_VERTEX_UNIFORM_COMPONENTS: ", GL_MAX_VERTEX_UNIFORM_COMPONENTS);
-    printLimit("GL_MAX_FRAGMENT_UNIFORM_COMPONENTS: ", GL_MAX_FRAGMENT_UNIFORM_COMPONENTS);
-}
-
-/// Takes the current window off the screen now: GLUT itself would do it in its main loop.
-void unmapCurrentWindow() {
-    Display* display = glXGetCurrentDisplay();
-    XWithdrawWindow(display, glXGetCurrentDrawable(), DefaultScreen(display));
-    XSync(display, False);
+    report(std::cout, "GL_MAX_DRAW_BUFFERS:\t" + limitOf(GL_MAX_DRAW_BUFFERS));
+    report(std::cout, "GL_MAX_TEXTURE_UNITS:\t\t" + limitOf(GL_MAX_TEXTURE_UNITS));
+    report(std::cout, "GL_MAX_TEXTURE_COORDS:\t" + limitOf(GL_MAX_TEXTURE_COORDS));
+    report(std::cout,
+           "GL_MAX_PROGRAM_NATIVE_INSTRUCTIONS_ARB:\t\t" + programLimitOf(GL_MAX_PROGRAM_NATIVE_INSTRUCTIONS_ARB));
+    report(std::cout, "GL_MAX_MODELVIEW_STACK_DEPTH:\t" + limitOf(GL_MAX_MODELVIEW_STACK_DEPTH));
+    report(std::cout, "GL_MAX_VARYING_COMPONENTS_EXT: " + limitOf(GL_MAX_VARYING_COMPONENTS_EXT));
+    report(std::cout, "GL_MAX_VERTEX_UNIFORM_COMPONENTS: " + limitOf(GL_MAX_VERTEX_UNIFORM_COMPONENTS));
+    report(std::cout, "GL_MAX_FRAGMENT_UNIFORM_COMPONENTS: " + limitOf(GL_MAX_FRAGMENT_UNIFORM_COMPONENTS));
 }
 
 }  // namespace
@@ -111,7 +99,10 @@ void SystemManager::initOpenGLContext(int width, int height, int posX, int posY,
     glutSetWindow(window);
     glutDisplayFunc([] {});  // GLUT's main loop aborts on a window without a display callback
     glutHideWindow();
-    unmapCurrentWindow();
+    // Off the screen now: GLUT itself would do it in its main loop.
+    Display* display = glXGetCurrentDisplay();
+    XWithdrawWindow(display, glXGetCurrentDrawable(), DefaultScreen(display));
+    XSync(display, False);
 
     const GLenum result = glewInit();
     if (result != GLEW_OK) {

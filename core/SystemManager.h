@@ -6,9 +6,8 @@ namespace tarvos::core {
 
 /// Gives the application an OpenGL context without showing a window, and checks what the GPU can do.
 ///
-/// The application decides whether and when. GLUT is initialised once per process, by the first call unless the
-/// application has done it; the context belongs to the thread that made it. An X display is required: without one, GLUT
-/// exits. The application may run GLUT's main loop for its own windows.
+/// GLUT is initialised once per process, by the first call unless the application has done it; the context belongs to
+/// the thread that made it. Without an X display, GLUT exits. The application may run GLUT's main loop for its windows.
 ///
 /// @snippet graphics.cpp context
 /// @ingroup graphics

@@ -117,18 +117,28 @@ void checkFilter(Input& input) {
     const double scale = cv::norm(matView(filter.covariance()), cv::NORM_INF);
     FUZZ_CHECK(cv::norm(matView(filter.covariance()), matView(twice.covariance()), cv::NORM_INF) < 1e-12 * scale);
 
-    cv::KalmanFilter peer(size, dof, 0, CV_64F);
-    Vector state(static_cast<unsigned int>(size)), measurement = numbers(dof), deviations = numbers(dof);
-    tarvos::math::SquareMatrix noise(static_cast<unsigned int>(dof));
+    const int measured = input.below(dof + 1);  // combinations of the pose's elements; 0 stands for the pose itself
+    const int count = measured > 0 ? measured : dof;
+    cv::KalmanFilter peer(size, count, 0, CV_64F);
+    Vector state(static_cast<unsigned int>(size)), measurement = numbers(count), deviations = numbers(count);
+    tarvos::math::SquareMatrix noise(deviations.dimension());
     for (unsigned int i = 0; i < deviations.dimension(); ++i)
         noise(i, i) = deviations[i];
+    tarvos::math::Matrix observation(deviations.dimension(), static_cast<unsigned int>(dof));
+    for (double& element : observation)
+        element = 0.1 * (1 + input.byte());
     filter.state().getStateIncData(state, -1);
     matView(state).copyTo(peer.statePre);
     matView(filter.covariance()).copyTo(peer.errorCovPre);
     matView(noise).copyTo(peer.measurementNoiseCov);
     cv::setIdentity(peer.measurementMatrix);
+    if (measured > 0)
+        matView(observation).copyTo(peer.measurementMatrix.colRange(0, dof));
     peer.correct(matView(measurement));
-    filter.correct(measurement, noise);
+    if (measured > 0)
+        filter.correct(measurement, observation, noise);
+    else
+        filter.correct(measurement, noise);
     filter.state().getStateIncData(state, -1);
     FUZZ_CHECK(cv::norm(matView(state), peer.statePost, cv::NORM_INF) < 1e-8 * (1.0 + cv::norm(peer.statePost)));
     FUZZ_CHECK(cv::norm(matView(filter.covariance()), peer.errorCovPost, cv::NORM_INF) < 1e-9 * scale);

@@ -12,7 +12,7 @@ using EigenMatrix = Eigen::Matrix<double, Eigen::Dynamic, Eigen::Dynamic, Eigen:
 /// A view of @p matrix (a Vector is one column) for Eigen's algorithms; no element is copied, and writes reach the
 /// matrix. Valid until the matrix is assigned to, moved from or destroyed.
 ///
-/// Include this header only where Eigen is used: no other header of the library needs it.
+/// Include this header only where Eigen is used, as in the listing of Matrix: no other header needs it.
 /// @ingroup math
 inline Eigen::Map<EigenMatrix> eigenMap(Matrix& matrix) {
     return {matrix.data(), static_cast<Eigen::Index>(matrix.rows()), static_cast<Eigen::Index>(matrix.cols())};

@@ -16,8 +16,6 @@ namespace tarvos::math {
 /// no heap allocation. A new matrix is zero. Copying, by construction or assignment, takes the source's shape; a
 /// moved-from matrix is 0 x 0. Impossible sizes throw `std::bad_alloc` or a class derived from it.
 ///
-/// Class invariant: rows() * cols() elements are stored.
-///
 /// @snippet math.cpp matrix
 /// @ingroup math
 class TARVOS_MATH_EXPORT Matrix {

@@ -35,6 +35,8 @@ constexpr double MAX_RATE = 10'000.0;
 constexpr double MAX_STAMP = 1e8;
 /// A longer gap between two stamps of a file, in seconds, is a jump.
 constexpr double MAX_GAP = 60.0;
+/// Where the first stamp is later, in seconds, OpenCV may have counted frames from 0 on.
+constexpr double MAX_START = 0.5;
 
 /// The times of frames, from stamps that may be missing or jump.
 class Clock {
@@ -73,7 +75,7 @@ public:
         if (!mCapture.open(fs::absolute(path), cv::CAP_FFMPEG))
             throw std::runtime_error("cannot decode the video " + path);
     }
-    explicit Capture(int camera) : mIsCamera(true) {
+    explicit Capture(int camera) : mIsCamera(true), mIsCountKnown(false) {
         if (!mCapture.open(camera, cv::CAP_V4L2))
             throw std::runtime_error("cannot open camera " + std::to_string(camera));
     }
@@ -85,11 +87,11 @@ public:
             throw std::runtime_error("the input has no 8-bit colour frames");
         // A camera's clock is the time of arrival: who is slower than the camera misses frames.
         const std::chrono::duration<double> now = std::chrono::steady_clock::now() - mStart;
-        if (mIsCamera)
-            mClock.tick(now.count(), frameRate(), std::numeric_limits<double>::infinity());
-        else
-            mClock.tick(mCapture.get(cv::CAP_PROP_POS_MSEC) / 1000.0, frameRate(),
-                        std::max(MAX_GAP, 10.0 / frameRate()));
+        const double stamp = mIsCamera ? now.count() : mCapture.get(cv::CAP_PROP_POS_MSEC) / 1000.0;
+        const double maxGap =
+            mIsCamera ? std::numeric_limits<double>::infinity() : std::max(MAX_GAP, 10.0 / frameRate());
+        mClock.tick(stamp, frameRate(), maxGap);
+        mIsCountKnown = mIsCountKnown && (mNumber >= 0 || stamp <= MAX_START);
         if (frame.width() != mDecoded.cols || frame.height() != mDecoded.rows ||
             frame.channels() != Image::CHANNELS_BGR || frame.nofChannels() != 3 ||
             frame.bitsPerChannel() != Image::BITS_8U)
@@ -104,12 +106,13 @@ public:
         return rate > 0.0 && rate <= MAX_RATE ? rate : DEFAULT_RATE;
     }
     int frameCount() const override {
-        const double count = mIsCamera ? 0.0 : mCapture.get(cv::CAP_PROP_FRAME_COUNT);
+        const double count = mIsCountKnown ? mCapture.get(cv::CAP_PROP_FRAME_COUNT) : 0.0;
         return count > 0.0 && count <= std::numeric_limits<int>::max() ? static_cast<int>(count) : 0;
     }
 
 private:
     bool mIsCamera = false;
+    bool mIsCountKnown = true;
     std::chrono::steady_clock::time_point mStart = std::chrono::steady_clock::now();
     Clock mClock;
     cv::VideoCapture mCapture;
@@ -171,8 +174,8 @@ public:
             }
             if (!loaded.empty())
                 core::report(std::cerr, "Skipped " + printable(path) +
-                                            cv::format(", which is %dx%d pixels, the frames before it %dx%d",
-                                                       size.width, size.height, mSize.width, mSize.height));
+                                            cv::format(": it has %dx%d pixels, the frames before it %dx%d", size.width,
+                                                       size.height, mSize.width, mSize.height));
         }
         return false;
     }

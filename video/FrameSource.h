@@ -11,10 +11,9 @@ namespace tarvos::video {
 
 /// The frames of a video file, a directory of images or a camera, one after the other.
 ///
-/// All frames are 8-bit BGR and of one size (of a video that changes its size, OpenCV makes what it can). Of a
-/// directory's images, those that cannot be read, or differ in size from the first, are named on standard error and
-/// skipped; they leave a gap in number() and time(). An input that cannot be used at all throws `std::runtime_error`
-/// with the reason, or the file system's own error.
+/// All frames are 8-bit BGR and of one size. Images of a directory that cannot be read, or differ in size from the
+/// first, are named on standard error and skipped; they leave a gap in number() and time(). An input that cannot be
+/// used at all throws `std::runtime_error` with the reason, or the file system's own error.
 ///
 /// OpenCV and FFmpeg may write messages of their own; an application that does not want them sets their log levels.
 ///
@@ -27,16 +26,15 @@ public:
     FrameSource& operator=(const FrameSource&) = delete;
 
     /// Opens the directory or the video file at @p path. A directory's images (.png, .jpg, .jpeg, .bmp, .ppm, .pgm,
-    /// .tif, .tiff and .webp, in any case) are read in the order of their names, in which numbers count as numbers:
-    /// f2.png comes before f10.png. They follow each other at @p rate frames per second, which a video file states
-    /// itself; a rate that is not above 0 or not finite aborts.
+    /// .tif, .tiff and .webp, in any case) are read in natural order of their names, f2.png before f10.png, at @p rate
+    /// frames per second; a video file has its own. A rate that is not above 0 or not finite aborts.
     static std::unique_ptr<FrameSource> open(const std::string& path, double rate = 25.0);
     /// Opens a camera of the system; the first has the number 0.
     static std::unique_ptr<FrameSource> openCamera(int number);
 
-    /// Reads the next frame into @p frame, whose time stamp stays. False at the end, and where the next frame cannot be
-    /// decoded or the camera delivers none; @p frame is then unchanged. Throws `std::runtime_error` if the frames are
-    /// not 8-bit colour.
+    /// Reads the next frame into @p frame, whose time stamp stays. False, with @p frame unchanged, at the end, and
+    /// where the next frame cannot be decoded or the camera delivers none. (A video that was cut ends so: number() + 1
+    /// is then below frameCount().) Throws `std::runtime_error` if the frames are not 8-bit colour.
     virtual bool read(core::cvdata::Image& frame) = 0;
     /// The time of the frame read last, in seconds since the first; it always increases. Of a video by its own time
     /// stamps, which need not be evenly spaced (where they are missing or make no sense, by the frame rate); of a

@@ -22,7 +22,7 @@ VideoFile::VideoFile(const std::string& path, double frameRate)
     TARVOS_REQUIRE((frameRate > 0.0 && std::isfinite(frameRate)) &&
                    "VideoFile: the frame rate is not above 0 and finite.");
     if (std::filesystem::path(path).extension() != ".avi" || path.find('\0') != std::string::npos)
-        throw std::runtime_error("the name of a video does not end in .avi: " + path);
+        throw std::runtime_error("the name of a video must end in .avi: " + path);
 }
 
 void VideoFile::add(const core::cvdata::Image& frame) {

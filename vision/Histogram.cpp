@@ -21,55 +21,53 @@ std::array<unsigned char, 3> binsOf(const ColourHist2d& histogram) {
     return bins;
 }
 
-/// Calls @p visit with the indices of each row's entries, negative for colours that are not counted, and the row's
-/// number.
-template <typename Visit>
-void forEachRow(const ColourHist2d& histogram, const cv::Mat& pixels, const ChannelLimits& limits, Visit visit) {
-    constexpr std::int32_t NOT_COUNTED = -(1 << 28);  // below the negative of the largest index
-    TARVOS_REQUIRE((pixels.type() == CV_8UC3 || pixels.empty()) && "Histogram: the pixels are not CV_8UC3.");
-    TARVOS_REQUIRE((*std::min_element(limits.begin(), limits.end()) > 0) && "Histogram: a limit is not above 0.");
-    const auto bins = binsOf(histogram);
-    const std::int32_t strides[] = {bins[1] * bins[2], bins[2], 1};
-    std::int32_t parts[3][256];  // what a channel's value contributes to the index
-    for (std::size_t i = 0; i < 3; ++i) {
-        std::fill(std::begin(parts[i]), std::end(parts[i]), NOT_COUNTED);
-        std::int64_t value = 0;
-        for (std::int64_t bin = 0; bin < bins[i]; ++bin)
-            for (; value < 256 && value * bins[i] < (bin + 1) * limits[i]; ++value)
-                parts[i][value] = static_cast<std::int32_t>(bin) * strides[i];
+/// What the values of three channels contribute to the index of an entry.
+class Indices {
+public:
+    Indices(const ColourHist2d& histogram, const cv::Mat& pixels, const ChannelLimits& limits) {
+        TARVOS_REQUIRE((pixels.type() == CV_8UC3 || pixels.empty()) && "Histogram: the pixels are not CV_8UC3.");
+        TARVOS_REQUIRE((*std::min_element(limits.begin(), limits.end()) > 0) && "Histogram: a limit is not above 0.");
+        const auto bins = binsOf(histogram);
+        const std::int32_t strides[] = {bins[1] * bins[2], bins[2], 1};
+        for (std::size_t channel = 0; channel < 3; ++channel)
+            for (std::int32_t value = 0; value < 256; ++value)
+                mParts[channel][value] = value < limits[channel] && bins[channel] > 0
+                                             ? value * bins[channel] / limits[channel] * strides[channel]
+                                             : NOT_COUNTED;
     }
-    std::vector<std::int32_t> entries(static_cast<std::size_t>(pixels.cols));
-    for (int y = 0; y < pixels.rows; ++y) {
-        const unsigned char* pixel = pixels.ptr(y);
-        for (std::int32_t& entry : entries) {
-            entry = parts[0][pixel[0]] + parts[1][pixel[1]] + parts[2][pixel[2]];
-            pixel += 3;
-        }
-        visit(entries, y);
+
+    /// The index for the colour at @p pixel, negative if it is not counted.
+    std::int32_t operator()(const unsigned char* pixel) const {
+        return mParts[0][pixel[0]] + mParts[1][pixel[1]] + mParts[2][pixel[2]];
     }
-}
+
+private:
+    static constexpr std::int32_t NOT_COUNTED = -(1 << 28);  ///< below the negative of the largest index
+    std::int32_t mParts[3][256];
+};
 
 }  // namespace
 
 void addPixels(ColourHist2d& histogram, const cv::Mat& pixels, const cv::Mat& mask, const ChannelLimits& limits) {
     TARVOS_REQUIRE((mask.empty() || (mask.type() == CV_8UC1 && mask.size() == pixels.size())) &&
                    "Histogram: the mask is not CV_8UC1 and of the pixels' size.");
+    const Indices indexOf(histogram, pixels, limits);
     // Neighbours have like colours: counted apart, they need not wait for each other.
     const std::size_t total = histogram.getBinsTotal();
     std::vector<std::uint32_t> counts(2 * total);
-    std::uint32_t* const halves[] = {counts.data(), counts.data() + total};
-    forEachRow(histogram, pixels, limits, [&](const std::vector<std::int32_t>& entries, int y) {
+    for (int y = 0; y < pixels.rows; ++y) {
+        const unsigned char* row = pixels.ptr(y);
         const unsigned char* marked = mask.empty() ? nullptr : mask.ptr(y);
-        std::size_t half = 0;
-        for (const std::int32_t entry : entries) {
-            if (entry >= 0 && (marked == nullptr || *marked != 0))
-                ++halves[half][entry];
-            half ^= 1;
-            marked += marked != nullptr ? 1 : 0;
+        std::uint32_t* halves[] = {counts.data(), counts.data() + total};
+        for (int x = 0; x < pixels.cols; ++x) {
+            const std::int32_t entry = indexOf(row + 3 * x);
+            if (entry >= 0 && (marked == nullptr || marked[x] != 0))
+                ++halves[x % 2][entry];
         }
-    });
+    }
+    double* entries = histogram.data().data();
     for (std::size_t i = 0; i < total; ++i)
-        histogram.data().data()[i] += static_cast<double>(counts[i]) + counts[i + total];
+        entries[i] += static_cast<double>(counts[i]) + counts[i + total];
 }
 
 void normalize(ColourHist2d& histogram) {
@@ -100,12 +98,17 @@ cv::Mat backProject(const ColourHist2d& histogram, const cv::Mat& pixels, const 
     if (largest > 0.0)
         std::transform(entries.begin(), entries.end(), levels.begin(),
                        [=](double entry) { return cv::saturate_cast<unsigned char>(entry / largest * 255.0); });
+    const Indices indexOf(histogram, pixels, limits);
+    const unsigned char* levelOf = levels.data();
     cv::Mat projected(pixels.size(), CV_8UC1);
-    forEachRow(histogram, pixels, limits, [&](const std::vector<std::int32_t>& indices, int y) {
-        std::transform(indices.begin(), indices.end(), projected.ptr(y), [&](std::int32_t index) {
-            return index >= 0 ? levels.data()[index] : static_cast<unsigned char>(0);
-        });
-    });
+    for (int y = 0; y < pixels.rows; ++y) {
+        const unsigned char* row = pixels.ptr(y);
+        unsigned char* levelsOfRow = projected.ptr(y);
+        for (int x = 0; x < pixels.cols; ++x) {
+            const std::int32_t entry = indexOf(row + 3 * x);
+            levelsOfRow[x] = entry >= 0 ? levelOf[entry] : static_cast<unsigned char>(0);
+        }
+    }
     return projected;
 }
 

@@ -40,8 +40,8 @@ KalmanFilter::KalmanFilter(const core::State& initial, const Vector& processDevi
                            const Vector& measurementDeviation)
     : mState(initial), mProcessDeviation(processDeviation) {
     const int dof = initial.poseDoF();
-    motion::requireDeviations(processDeviation, dof);
-    motion::requireDeviations(measurementDeviation, dof);
+    motion::requireDeviations("process", processDeviation, dof);
+    motion::requireDeviations("measurement", measurementDeviation, dof);
     TARVOS_REQUIRE((std::count(measurementDeviation.begin(), measurementDeviation.end(), 0.0) == 0) &&
                    "KalmanFilter: a measurement deviation is 0.");
     mCovariance = SquareMatrix(static_cast<unsigned int>(initial.stateIncDimension()));
@@ -56,22 +56,16 @@ void KalmanFilter::predict(double time) {
     const double dt = motion::timeTo(time, mState);
     const int order = mState.getMaxOrder();
     const Eigen::Index dof = mState.poseDoF();
-    const Eigen::MatrixXd noise = motion::unitNoise(dt, order);
     Vector vector = packed();
-    SquareMatrix predicted(mCovariance);
-    auto x = eigenMap(vector);
-    auto covariance = eigenMap(predicted);
-    motion::advance(dt, order, [&](int to, int from, double factor) {
-        x.middleRows(to * dof, dof) += factor * x.middleRows(from * dof, dof);
-        covariance.middleRows(to * dof, dof) += factor * covariance.middleRows(from * dof, dof);
-    });
-    motion::advance(dt, order, [&](int to, int from, double factor) {
-        covariance.middleCols(to * dof, dof) += factor * covariance.middleCols(from * dof, dof);
-    });
+    EigenMatrix covariance = eigenMap(mCovariance);
+    motion::advance(dt, order, eigenMap(vector));
+    motion::advance(dt, order, covariance);
+    covariance.transposeInPlace();
+    motion::advance(dt, order, covariance);
     for (int row = 0; row < order; ++row)
         for (int col = 0; col < order; ++col)
-            covariance.block(row * dof, col * dof, dof, dof).diagonal().array() +=
-                noise(row, col) * eigenMap(mProcessDeviation).array().square();
+            covariance.block(row * dof, col * dof, dof, dof).diagonal() +=
+                motion::noise(dt, order, row, col) * eigenMap(mProcessDeviation).cwiseAbs2();
     mState.setIncDataFromVector(vector, -1);
     mState.setTimeStamp(time);
     eigenMap(mCovariance) = (covariance + covariance.transpose()) / 2.0;
@@ -100,24 +94,32 @@ void KalmanFilter::update(const Vector& measurement, const math::Matrix* observa
                    "KalmanFilter: measurement, observation and covariance do not fit each other.");
     TARVOS_REQUIRE((isFinite(measurement) && (observation == nullptr || isFinite(*observation))) &&
                    "KalmanFilter: the measurement is not finite.");
-    /// The columns that are measured, of the columns of the pose.
-    const auto observed = [&](const EigenMatrix& columns) -> EigenMatrix {
-        if (observation == nullptr)
-            return columns;
-        return columns.lazyProduct(eigenMap(*observation).transpose());
-    };
     Vector vector = packed();
     auto x = eigenMap(vector);
     const auto noise = eigenMap(covariance);
     EigenMatrix posterior = eigenMap(mCovariance);
-    const EigenMatrix cross = observed(posterior.leftCols(dof));
-    const EigenMatrix innovation = observed(cross.topRows(dof).transpose()).transpose() + noise;
-    const EigenMatrix gain = factorsOf(innovation).solve(cross.transpose()).transpose();
-    x += gain * (eigenMap(measurement) - observed(x.topRows(dof).transpose()).transpose());
-    // Joseph's form, which rounding leaves positive semidefinite.
-    posterior.noalias() -= gain * cross.transpose();
-    const EigenMatrix remaining = observed(posterior.leftCols(dof)) - gain * noise;
-    posterior.noalias() -= remaining * gain.transpose();
+    EigenMatrix cross = posterior.topRows(dof);  // the covariance of what is measured and the state
+    EigenMatrix innovation = cross.leftCols(dof);
+    EigenMatrix predicted = x.topRows(dof);
+    if (observation != nullptr) {
+        const auto h = eigenMap(*observation);
+        cross = h * cross;
+        innovation = cross.leftCols(dof) * h.transpose();
+        predicted = h * predicted;
+    }
+    innovation += noise;
+    const EigenMatrix gain = factorsOf(innovation).solve(cross);  // transposed
+    x.noalias() += gain.transpose() * (eigenMap(measurement) - predicted);
+    posterior.noalias() -= cross.transpose() * gain;
+    // Measured much better than predicted, a difference would be rounding: what is left of the noise is exact.
+    if (observation == nullptr) {
+        posterior.topRows(dof).noalias() = noise * gain;
+        const Eigen::Index rest = posterior.rows() - dof;
+        posterior.bottomLeftCorner(rest, dof) = posterior.topRightCorner(dof, rest).transpose();
+    } else {
+        const EigenMatrix remaining = eigenMap(*observation) * posterior.topRows(dof) - noise * gain;
+        posterior.noalias() -= gain.transpose() * remaining;  // Joseph's form
+    }
     mState.setIncDataFromVector(vector, -1);
     eigenMap(mCovariance) = (posterior + posterior.transpose()) / 2.0;
 }

@@ -21,9 +21,9 @@ namespace tarvos::vision {
 ///
 /// Aborts for: vectors and matrices of the wrong size; deviations that are negative or not finite; a measurement
 /// deviation of 0; a measurement that is not finite; a measurement covariance that is not symmetric and positive
-/// definite; a time before the state's. When an operation throws, for lack of memory or in the pose, the filter is
-/// unchanged. The cost of a step grows with the cube of stateIncDimension(); with 4 degrees of freedom and velocities
-/// it is one to two microseconds.
+/// definite; a covariance() that is not positive semidefinite; a time before the state's. When an operation throws, for
+/// lack of memory or in the pose, the filter is unchanged. The cost of a step grows with the cube of
+/// stateIncDimension(); with 4 degrees of freedom and velocities it is one to two microseconds.
 ///
 /// @snippet vision.cpp kalman
 /// @ingroup vision

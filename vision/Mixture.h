@@ -26,9 +26,9 @@ TARVOS_CORE_EXPORT cv::Mat density(const core::cvdata::ColorGMM& mixture, const 
 /// @ingroup vision
 TARVOS_CORE_EXPORT cv::Mat skinMask(const cv::Mat& pixels, double deviations = 3.0);
 
-/// Learns a mixture of @p components with full covariances by expectation maximisation (`cv::ml::EM`). Of
-/// @p samples, each row is one, of 1 to 4 columns (one channel, any depth): the values of a colour. All fields of all
-/// components are filled. The same samples give the same mixture.
+/// Learns a mixture of @p components with full covariances by expectation maximisation (`cv::ml::EM`). Each row of
+/// @p samples is one sample: the values of a colour, 1 to 4 columns of any depth. All fields of all components are
+/// filled. The same samples give the same mixture.
 ///
 /// Throws `std::runtime_error` when there are fewer samples than components, when one is not finite, when the samples,
 /// or those of a component, span no volume (all alike, or on a line), or when they are too large or too small for

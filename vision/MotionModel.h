@@ -28,37 +28,35 @@ inline math::Vector vectorOf(const core::State& state, unsigned int dimension) {
     return vector;
 }
 
-inline void requireDeviations(const math::Vector& deviations, int dimension) {
-    TARVOS_REQUIRE(
+inline void requireDeviations(const char* name, const math::Vector& deviations, int dimension) {
+    TARVOS_REQUIRE_WITH(
+        "(" + std::string(name) + " deviation: " + std::to_string(deviations.dimension()) + " of " +
+            std::to_string(dimension) + " elements)",
         (deviations.dimension() == static_cast<unsigned int>(dimension) &&
          std::all_of(deviations.begin(), deviations.end(), [](double d) { return d >= 0.0 && std::isfinite(d); })) &&
-        "Filter: the deviations are not as many as needed, finite and not negative.");
+            "Filter: a deviation is missing, negative or not finite.");
 }
 
 /// dt^k / k!: what the derivative k orders higher contributes over the time @p dt.
-inline double taylor(double dt, Eigen::Index k) {
-    double factor = 1.0;
-    for (; k > 0; --k)
-        factor *= dt / static_cast<double>(k);
-    return factor;
+inline double taylor(double dt, int k) {
+    return k > 0 ? taylor(dt, k - 1) * dt / k : 1.0;
 }
 
-/// Moves the blocks over the time @p dt in place: calls `add(to, from, factor)` for each block and each behind it,
-/// which is still unchanged then.
-template <typename Add>
-void advance(double dt, int order, Add add) {
+/// Moves @p order blocks of rows, the pose's first, over the time @p dt.
+template <typename Rows>
+void advance(double dt, int order, Rows&& rows) {
+    const Eigen::Index dof = rows.rows() / order;
     for (int to = 0; to < order; ++to)
-        for (int from = to + 1; from < order; ++from)
-            add(to, from, taylor(dt, from - to));
+        for (int from = to + 1; from < order; ++from)  // which is still unchanged
+            rows.middleRows(to * dof, dof) += taylor(dt, from - to) * rows.middleRows(from * dof, dof);
 }
 
-/// The covariance that white noise of intensity 1 adds over the time @p dt (Bar-Shalom, Li and Kirubarajan, "Estimation
-/// with Applications to Tracking and Navigation", chapter 6).
-inline Eigen::MatrixXd unitNoise(double dt, int order) {
-    const Eigen::Index last = order - 1;
-    return Eigen::MatrixXd::NullaryExpr(order, order, [=](Eigen::Index row, Eigen::Index col) {
-        return taylor(dt, last - row) * taylor(dt, last - col) * dt / static_cast<double>(2 * last + 1 - row - col);
-    });
+/// Element (@p row, @p col) of the covariance that white noise of intensity 1 adds to the blocks of one degree of
+/// freedom over the time @p dt (Bar-Shalom, Li and Kirubarajan, "Estimation with Applications to Tracking and
+/// Navigation", chapter 6).
+inline double noise(double dt, int order, int row, int col) {
+    const int last = order - 1;
+    return taylor(dt, last - row) * taylor(dt, last - col) * dt / (2 * last + 1 - row - col);
 }
 
 }  // namespace tarvos::vision::motion

@@ -8,7 +8,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <vector>
 
 namespace tarvos::vision {
 
@@ -27,9 +26,9 @@ namespace tarvos::vision {
 /// @ingroup vision
 class TARVOS_CORE_EXPORT ParticleFilter {
 public:
-    /// Draws so many @p particles around @p initial, with the standard deviations @p initialDeviation of its
-    /// incremental form (stateIncDimension() elements). @p processDeviation, poseDoF() elements, is the one of
-    /// KalmanFilter.
+    /// Draws @p particles particles around @p initial, with the standard deviations @p initialDeviation of its
+    /// incremental form (stateIncDimension() elements). @p processDeviation, poseDoF() elements, is as in KalmanFilter.
+    /// Some hundred particles do for a few dimensions; the cost is the likelihood's, times their number.
     ParticleFilter(const core::State& initial, std::size_t particles, const math::Vector& initialDeviation,
                    const math::Vector& processDeviation, std::uint32_t seed = 0);
 
@@ -45,14 +44,14 @@ public:
     /// How many equally weighted particles the estimate is worth: 1 / (sum of the squared weights), before the last
     /// correction resampled.
     double effectiveParticles() const { return mEffective; }
-    /// The particles one after the other, stateIncDimension() elements each: their incremental forms.
-    const std::vector<double>& particles() const { return mParticles; }
+    /// The particles' incremental forms: a row of stateIncDimension() elements each.
+    const math::Matrix& particles() const { return mParticles; }
 
 private:
     core::State mState;
     math::Vector mProcessDeviation;
-    std::vector<double> mParticles;
-    std::vector<double> mWeights;  ///< which sum to 1
+    math::Matrix mParticles;
+    math::Vector mWeights;  ///< which sum to 1
     double mEffective;
     cv::RNG mRandom;
 };

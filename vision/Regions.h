@@ -11,9 +11,9 @@ namespace tarvos::vision {
 
 /// The connected regions (8 neighbours) of a mask, their holes filled with whatever is in them, as a list of blobs.
 ///
-/// Of a record, `mBlock` is the region's box (x, y, width, height) and `mVector` the centre of that box (x, y), in
-/// pixels; `mField1` is the index of its contour, which only this object can use, and `mField2` its area in pixels,
-/// holes included. The other fields are 0.
+/// In a record, `mBlock` is the region's box (x, y, width, height) and `mVector` the centre of that box (x, y), in
+/// pixels; `mField2` is its area in pixels, holes included, and `mField1` the index of its contour, by which maskOf()
+/// and traceOutline() find it: they abort for a record that is not this object's. The other fields are 0.
 ///
 /// @snippet vision.cpp regions
 /// @ingroup vision

@@ -6,9 +6,9 @@
 #include <tarvos/core/imagefiles/ImageFiles.h>
 
 #include <algorithm>
+#include <climits>
 #include <cstdlib>
 #include <iostream>
-#include <limits>
 #include <new>
 #include <tuple>
 #include <utility>
@@ -16,8 +16,6 @@
 namespace tarvos::core::cvdata {
 
 namespace {
-
-constexpr std::int64_t MAX_INT = std::numeric_limits<std::int32_t>::max();
 
 constexpr Image::BitsPerChannel DEPTHS[] = {Image::BITS_8U, Image::BITS_16U, Image::BITS_32F, Image::BITS_64F,
                                             Image::BITS_8S, Image::BITS_16S, Image::BITS_32S};
@@ -28,11 +26,6 @@ int toOpencvDepth(Image::BitsPerChannel bits) {
 }
 
 }  // namespace
-
-bool Image::Description::hasGeometryOf(const Description& other) const {
-    const auto geometry = [](const Description& d) { return std::tie(d.width, d.height, d.channels, d.bits, d.align); };
-    return geometry(*this) == geometry(other);
-}
 
 std::int64_t Image::Description::bytesPerRow() const {
     return std::int64_t{width} * nofChannels * std::abs(bits) / 8;
@@ -53,15 +46,13 @@ Image::Description Image::Description::withComputedStride() const {
 }
 
 bool Image::Description::fitsHeader() const {
-    return width >= 0 && height >= 0 && widthStep >= 0 && widthStep <= MAX_INT && widthStep * height <= MAX_INT;
+    return width >= 0 && height >= 0 && widthStep >= 0 && widthStep <= INT_MAX && widthStep * height <= INT_MAX;
 }
 
 void Image::HeaderRelease::operator()(IplImage* header) const noexcept {
     cvResetImageROI(header);
     delete header;
 }
-
-Image::Image() noexcept : TimedData(REPR_IMAGE) {}
 
 Image::Image(int width, int height, ColorChannels channels, BitsPerChannel bits) : TimedData(REPR_IMAGE) {
     setChannels(channels);
@@ -128,7 +119,8 @@ Image& Image::operator=(const Image& image) {
         return *this;
     TARVOS_REQUIRE(image.isInBuffer() && "Image: the source's description and its pixels are out of step.");
     const Description wanted = image.mDescription.withComputedStride();
-    if (!mDescription.hasGeometryOf(wanted) || wanted.widthStep * wanted.height > std::int64_t{mImageSize}) {
+    const auto geometry = [](const Description& d) { return std::tie(d.width, d.height, d.channels, d.bits, d.align); };
+    if (geometry(mDescription) != geometry(wanted) || wanted.widthStep * wanted.height > std::int64_t{mImageSize}) {
         Image fresh(wanted);
         swapPixels(fresh);
     } else {
@@ -155,25 +147,13 @@ bool Image::save(std::string path) const {
 }
 
 void Image::setNofChannels(ColorChannels channels) {
-    switch (channels) {
-        case CHANNELS_GRAY:
-            mDescription.nofChannels = 1;
-            break;
-        case CHANNELS_BGR:
-        case CHANNELS_RGB:
-        case CHANNELS_OTHER_3:
-            mDescription.nofChannels = 3;
-            break;
-        case CHANNELS_RGBA:
-        case CHANNELS_BGRA:
-            mDescription.nofChannels = 4;
-            break;
-        default:
-            // GCC's __PRETTY_FUNCTION__ would leave out the class of the nested enumeration.
-            contractViolated("false && \"not supported number of mChannels\"", __FILE__, __LINE__,
-                             "void tarvos::core::cvdata::Image::setNofChannels("
-                             "tarvos::core::cvdata::Image::ColorChannels)");
-    }
+    static constexpr std::int32_t COUNTS[] = {1, 3, 3, 4, 4, 3};  // by enumerator
+    if (channels < CHANNELS_GRAY || channels > CHANNELS_OTHER_3)
+        // GCC's __PRETTY_FUNCTION__ would leave out the class of the nested enumeration.
+        contractViolated("false && \"not supported number of mChannels\"", __FILE__, __LINE__,
+                         "void tarvos::core::cvdata::Image::setNofChannels("
+                         "tarvos::core::cvdata::Image::ColorChannels)");
+    mDescription.nofChannels = COUNTS[channels];
 }
 
 void Image::setChannels(ColorChannels channels) {
@@ -190,9 +170,8 @@ void Image::updateOpencvHeader() {
     cvInitImageHeader(&header, cvSize(width(), height()), toOpencvDepth(bitsPerChannel()), mDescription.nofChannels);
     cvSetData(&header, mImageBuffer.get(), widthStep());
     if (mIplImage == nullptr)
-        mIplImage.reset(new IplImage);
-    else
-        cvResetImageROI(mIplImage.get());
+        mIplImage.reset(new IplImage());
+    cvResetImageROI(mIplImage.get());
     *mIplImage = header;
 }
 
@@ -250,11 +229,10 @@ void Image::copyFromHeader(const IplImage* image) {
 
 /// Where the header of @p image is over its own buffer, the padding of the last row is its own, whatever the stride.
 void Image::copyLastPadding(const Image& image) {
-    if (height() == 0 || image.iplImage()->imageData != reinterpret_cast<const char*>(image.imageBuffer()))
-        return;
-    const std::int64_t end = mDescription.widthStep * height();
-    const std::int64_t start = end - mDescription.widthStep + mDescription.bytesPerRow();
-    std::copy(image.imageBuffer() + start, image.imageBuffer() + end, imageBuffer() + start);
+    const std::int64_t padding = mDescription.widthStep - mDescription.bytesPerRow();
+    const std::int64_t start = mDescription.widthStep * height() - padding;
+    if (height() > 0 && image.iplImage()->imageData == reinterpret_cast<const char*>(image.imageBuffer()))
+        std::copy_n(image.imageBuffer() + start, padding, imageBuffer() + start);
 }
 
 /// False where the header's fields were changed so that it exceeds the buffer.

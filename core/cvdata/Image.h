@@ -12,23 +12,21 @@ namespace tarvos::core::cvdata {
 /// An image that owns its pixels and keeps an OpenCV header over them.
 ///
 /// OpenCV's C functions take iplImage() and work on the image's own pixels, in place; `matView(image)` of MatView.h is
-/// a `cv::Mat` view of them for the C++ functions. imageBuffer() and row() are the raw access. An image never adopts
-/// memory of the caller's: building one from an OpenCV header, a file or another image copies the pixels.
+/// a `cv::Mat` view of them for the C++ functions. An image never adopts memory of the caller's: it copies pixels.
 ///
 /// The pixels lie in one buffer, rows widthStep() bytes apart, the channel values of a pixel side by side. In an image
 /// made from a size a row is `width * channels * bytes per value` bytes, plus `(4 - width * channels mod 4) mod 4`
 /// bytes of padding; an image made from a header or a copy takes the header's stride.
 ///
 /// Class invariant: an image is 0 x 0 without buffer and header, or row stride x rows are at most the bytes allocated
-/// and the header describes the buffer as the accessors do. Of the operations under "Maintenance", setChannels,
-/// setNofChannels and updateFromOpencvHeader change only the description; call resizeMemory or updateOpencvHeader
-/// afterwards. Until then, assigning from an image whose description exceeds its buffer aborts, and no
-/// operation reads or writes outside the buffer.
+/// and the header describes the buffer as the accessors do. setChannels, setNofChannels and updateFromOpencvHeader
+/// change only the description; call resizeMemory or updateOpencvHeader afterwards. Until then, assigning from an image
+/// whose description exceeds its buffer aborts, and no operation reads or writes outside the buffer.
 ///
 /// Sizes that no image can have (a negative width or height, or more than 2^31 - 1 bytes, the most an OpenCV header
 /// counts) and allocation failures, including those in opencv_core, throw `std::bad_alloc` or a class derived from it.
-/// When an operation throws, its target is unchanged. Codecs may handle allocation failure differently: the file may
-/// fail to load, or the process may exit.
+/// When an operation throws, its target is unchanged. In a codec, an allocation failure may also make the file fail to
+/// load, or exit.
 ///
 /// @snippet image.cpp image
 /// @ingroup images
@@ -55,10 +53,8 @@ public:
         BITS_32S = -32
     };
 
-    // The constructors from a header and from a path convert implicitly, so that programs written for either compile.
-
     /// An image of 0 x 0 pixels, CHANNELS_RGB, BITS_8U, with neither buffer nor header.
-    Image() noexcept;
+    Image() noexcept : TimedData(REPR_IMAGE) {}
     /// An image of @p width x @p height pixels that are not initialised. Aborts when @p channels or @p bits
     /// is not a valid enumerator.
     Image(int width, int height, ColorChannels channels, BitsPerChannel bits);
@@ -75,9 +71,9 @@ public:
     Image(const IplImage* image);
     /// The image in the file at @p path as `cv::imread` decodes it to 8-bit CHANNELS_BGR, without regard to an EXIF
     /// orientation. If that fails for whatever reason, the image is empty and "ERROR: Could not load image: " and the
-    /// path are written to standard error; for a damaged image, the decoder's own messages may precede that line. Only
-    /// regular files are opened. DICOM is refused: OpenCV's decoder of it exits on a damaged file. Throws
-    /// nothing but `std::bad_alloc`.
+    /// path are written to standard error, perhaps after messages of the decoder. What OpenCV can read in part does not
+    /// fail: a JPEG that is cut short loads with its rest grey. Only regular files are opened, and no DICOM: OpenCV's
+    /// decoder of it exits on a damaged file. Throws nothing but `std::bad_alloc`.
     ///
     /// The first load or save also loads OpenCV's codecs (about 50 ms). Do neither in the destructor of a global
     /// object: OpenCV may be gone by then.
@@ -128,17 +124,12 @@ public:
     /// Writes the image to the file at @p path in the format of the path's ending: .png, .jpg, .jpeg, .jpe, .bmp, .dib,
     /// .tif, .tiff, .webp, .pbm, .pgm, .ppm, .pnm, .pxm or .pam. The layout is converted to the file's channel order, a
     /// depth that the format lacks to 8 bits as OpenCV does. The file is written whole or not at all: it replaces a
-    /// regular file (keeping its permissions) or a link of that name only once it is complete.
-    ///
-    /// While it is written, it is readable by nobody who may not read the file that it replaces.
+    /// regular file (keeping its permissions, also while it is written) or a link of that name once it is complete.
     ///
     /// False, with "ERROR: Could not save image: ", the path and the reason on standard error, if that fails: an empty
     /// image, an unknown ending, channels that OpenCV does not write in that format, a full disk. Throws nothing but
     /// `std::bad_alloc`.
     bool save(std::string path) const;
-
-    /// @name Maintenance
-    /// @{
 
     /// Sets the number of channels that @p channels implies, but not the layout. Aborts when @p channels is
     /// not a valid enumerator.
@@ -149,14 +140,11 @@ public:
     /// description exceeds the buffer or a size is negative. A stride shorter than a row is OpenCV's `cv::Exception`,
     /// and the header is unchanged.
     void updateOpencvHeader();
-    /// Takes size, layout, depth, alignment and stride from @p image, but no pixels. An unknown channel order or
-    /// count leaves the layout unchanged. Aborts when @p image is null or its depth is outside
-    /// BitsPerChannel.
+    /// Takes size, layout, depth, alignment and stride from @p image, but no pixels. An unknown channel order or count
+    /// leaves the layout unchanged. Aborts when @p image is null or its depth is outside BitsPerChannel.
     void updateFromOpencvHeader(const IplImage* image);
     /// Gives the image a new buffer for the new size, not initialised, even if the size stays the same.
     void resizeMemory(int width, int height);
-
-    /// @}
 
 private:
     /// How the pixels are laid out.
@@ -169,7 +157,6 @@ private:
         std::int32_t align = 4;
         std::int64_t widthStep = 0;
 
-        bool hasGeometryOf(const Description& other) const;
         std::int64_t bytesPerRow() const;
         std::int64_t bytesSpanned() const;
         Description withComputedStride() const;

@@ -1,7 +1,6 @@
 #include <tarvos/core/Contract.h>
 #include <tarvos/core/cvdata/MatView.h>
 
-#include <cstring>
 #include <limits>
 #include <new>
 
@@ -31,11 +30,7 @@ const cv::Mat matView(const Image& image) {
 }
 
 cv::Mat matCopy(const Image& image) {
-    const cv::Mat view = viewOf(image);
-    cv::Mat copy(view.size(), view.type());
-    for (int y = 0; y < view.rows; ++y)
-        std::memcpy(copy.ptr(y), view.ptr(y), view.elemSize() * static_cast<std::size_t>(view.cols));
-    return copy;
+    return viewOf(image).clone();  // which copies row by row
 }
 
 Image imageOf(const cv::Mat& pixels) {

@@ -5,7 +5,7 @@
 #include <tarvos/core/cvdata/Image.h>
 
 /// @file
-/// Image and `cv::Mat`. Include this header only where OpenCV's C++ interface is used: no other header needs it.
+/// Image and `cv::Mat`, as in the listing of Image. Include this only where OpenCV's C++ interface is used.
 
 namespace tarvos::core::cvdata {
 

@@ -2,8 +2,8 @@
 #include <tarvos/core/Contract.h>
 #include <tarvos/core/cvdata/TiledImage.h>
 
+#include <climits>
 #include <cstddef>
-#include <limits>
 #include <new>
 
 namespace tarvos::core::cvdata {
@@ -11,8 +11,7 @@ namespace tarvos::core::cvdata {
 namespace {
 
 int extent(std::size_t cells, std::size_t cellExtent) {
-    constexpr auto LIMIT = static_cast<std::size_t>(std::numeric_limits<int>::max());
-    if (cellExtent != 0 && cells > LIMIT / cellExtent)
+    if (cellExtent != 0 && cells > std::size_t{INT_MAX} / cellExtent)
         throw std::bad_array_new_length();
     return static_cast<int>(cells * cellExtent);
 }
@@ -26,10 +25,6 @@ TiledImage::TiledImage(std::size_t rows, std::size_t cols, std::size_t cellWidth
       mCols(cols),
       mCellWidth(cellWidth),
       mCellHeight(cellHeight) {}
-
-TiledImage::TiledImage(const TiledImage& image) = default;
-
-TiledImage::TiledImage(TiledImage&& image) noexcept = default;
 
 TiledImage& TiledImage::operator=(const TiledImage& image) {
     if (this == &image)
@@ -60,8 +55,7 @@ void TiledImage::setCellImage(size_t cellRow, size_t cellCol, Image* img) {
 
     TARVOS_REQUIRE(img->iplImage() != NULL);
     // A header over the cell alone: the pixels that a region of interest would name.
-    if (iplImage()->roi != nullptr)
-        cvResetImageROI(iplImage());
+    cvResetImageROI(iplImage());
     IplImage cell = *iplImage();
     cell.width = static_cast<int>(mCellWidth);
     cell.height = static_cast<int>(mCellHeight);

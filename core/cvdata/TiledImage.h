@@ -22,9 +22,9 @@ public:
     TiledImage(std::size_t rows, std::size_t cols, std::size_t cellWidth, std::size_t cellHeight,
                Image::ColorChannels channels, Image::BitsPerChannel bits);
     /// A copy of grid and pixels; see `Image(const Image&)`.
-    TiledImage(const TiledImage& image);
+    TiledImage(const TiledImage& image) = default;
     /// Takes over the buffer, header and time stamp of @p image, which becomes empty.
-    TiledImage(TiledImage&& image) noexcept;
+    TiledImage(TiledImage&& image) noexcept = default;
 
     /// Copies grid, pixels, stride and alignment into a new buffer; there is no move assignment. The layout is what
     /// the channel sequence of the other's header says, and stays if that is unknown. The time stamp and the header

@@ -47,19 +47,16 @@ std::atomic_flag reasonPrinted = ATOMIC_FLAG_INIT;
 
 /// The module's functions. Null if the module is missing; the reason is reported once.
 const Module* module() {
-    const Module* functions = openedModule;
-    if (functions != nullptr)
+    if (const Module* functions = openedModule)
         return functions;
-    if (void* library = openModule())
-        functions = static_cast<const Module*>(dlsym(library, MODULE));
+    void* library = openModule();
+    const void* functions = library != nullptr ? dlsym(library, MODULE) : nullptr;
     if (functions == nullptr && !reasonPrinted.test_and_set()) {
         const char* reason = dlerror();
         report(std::cerr, std::string("ERROR: Image files can neither be loaded nor saved: ") +
                               (reason != nullptr ? reason : "the module has no codecs"));
     }
-    if (functions != nullptr)
-        openedModule = functions;
-    return functions;
+    return openedModule = static_cast<const Module*>(functions);
 }
 
 /// Whether OpenCV may be given the file at @p path. A pipe would block; on a damaged DICOM file the decoder exits.
@@ -81,10 +78,6 @@ bool isEncodedInMemory(const std::string& ending) {
                        [&](const char* known) { return strcasecmp(known, ending.c_str()) == 0; });
 }
 
-std::string systemReason(int error) {
-    return std::generic_category().message(error);
-}
-
 /// Writes a temporary file and renames it to @p path; removes it on failure, of which the reason is returned. All names
 /// are relative to the directory, so that the temporary one may be longer than the file's own.
 std::string replaceFile(const fs::path& path, const std::vector<unsigned char>& bytes) {
@@ -92,7 +85,7 @@ std::string replaceFile(const fs::path& path, const std::vector<unsigned char>& 
     const FileDescriptor folder(
         open(path.has_parent_path() ? path.parent_path().c_str() : ".", O_PATH | O_DIRECTORY | O_CLOEXEC));
     if (folder.get() < 0)
-        return systemReason(errno);
+        return std::generic_category().message(errno);
     struct stat replaced {};
     const bool exists = fstatat(folder.get(), name.c_str(), &replaced, 0) == 0;
     if (exists && !S_ISREG(replaced.st_mode))
@@ -106,14 +99,14 @@ std::string replaceFile(const fs::path& path, const std::vector<unsigned char>& 
     } while (created < 0 && errno == EEXIST);
     FileDescriptor file(created);
     if (created < 0)
-        return systemReason(errno);
+        return std::generic_category().message(errno);
     if ((!exists || fchmod(created, replaced.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO)) == 0) &&
         file.write(reinterpret_cast<const char*>(bytes.data()), bytes.size()) && file.close() &&
         renameat(folder.get(), part.c_str(), folder.get(), name.c_str()) == 0)
         return "";
     const int error = errno;
     unlinkat(folder.get(), part.c_str(), 0);
-    return systemReason(error);
+    return std::generic_category().message(error);
 }
 
 /// The result of @p work; an empty one if it fails, unless for lack of memory.

@@ -21,9 +21,7 @@ std::vector<unsigned char> encode(const cv::Mat& pixels, const std::string& endi
 
 }  // namespace
 
-extern "C" {
-extern TARVOS_CORE_EXPORT const Module tarvosImageFiles;
+extern "C" TARVOS_CORE_EXPORT const Module tarvosImageFiles;
 const Module tarvosImageFiles{decode, encode};
-}
 
 }  // namespace tarvos::core::imagefiles

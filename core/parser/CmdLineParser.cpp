@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
-#include <utility>
 
 namespace tarvos::core::parser {
 
@@ -26,10 +25,6 @@ std::string yesNo(const std::string& value) {
 
 CmdLineParser::CmdLineParser(int argc, char** argv) : mArgv(argv), mArgc(argc) {
     addFlag("help", "display a help message");
-}
-
-void CmdLineParser::setAppDescription(std::string description) {
-    mAppDescription = std::move(description);
 }
 
 void CmdLineParser::addOption(std::string name, std::string description, std::string defaultValue, bool mandatory) {

@@ -8,6 +8,7 @@
 #include <sstream>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace tarvos::core::parser {
@@ -18,7 +19,8 @@ namespace tarvos::core::parser {
 /// @snippet services.cpp parser
 ///
 /// The flag "help" is always registered. Words that match no name are ignored; unknownWords() has those that began with
-/// "-". Duplicates are all set; getters return the first, flags first.
+/// "-". An option takes its next word whatever it is, also one with a "-"; if it is given twice, the last one counts.
+/// Of records that were registered under one name, all are set and the first is read, flags first.
 /// @ingroup utilities
 class TARVOS_CORE_EXPORT CmdLineParser {
 public:
@@ -36,7 +38,7 @@ public:
     CmdLineParser(int argc, char** argv);
 
     /// The first line of the usage table.
-    void setAppDescription(std::string description);
+    void setAppDescription(std::string description) { mAppDescription = std::move(description); }
     /// Registers an option. parse() exits when a @p mandatory one is not given.
     void addOption(std::string name, std::string description, std::string defaultValue, bool mandatory);
     /// Registers a flag.
@@ -66,9 +68,8 @@ public:
     /// Whether the name was given on the command line.
     bool isSet(std::string name) const;
 
-    /// The words of the command line, in order, that begin with "-" but match neither a flag nor an option, for
-    /// applications that reject them. Ask before parse(): a mandatory option whose name is mistyped is one of them, and
-    /// parse() exits without saying so.
+    /// The words, in order, that begin with "-" but match neither a flag nor an option, for applications that reject
+    /// them. Ask before parse(), which exits for a mandatory option whose name is mistyped without saying so.
     std::vector<std::string> unknownWords() const;
 
     /// Writes the usage table to standard error, then @p extra on a line of its own unless it is empty.

@@ -10,9 +10,7 @@ namespace {
 
 /// @p part, which a pose has brought up to date, if it still has the size that was checked before.
 const math::Vector& sized(const math::Vector& part, unsigned int size) {
-    TARVOS_REQUIRE_WITH(
-        "(from " + std::to_string(size) + " to " + std::to_string(part.dimension()) + ")",
-        (part.rows() * part.cols() == size) && "State: the pose has changed its size while it was read.");
+    TARVOS_REQUIRE((part.rows() * part.cols() == size) && "State: the pose has changed its size while it was read.");
     return part;
 }
 
@@ -42,10 +40,6 @@ State& State::operator=(const State& state) {
     return *this;
 }
 
-State* State::clone() const {
-    return new State(*this);
-}
-
 void State::resetAll() {
     mPose->resetData();
     resetIncData();
@@ -67,10 +61,6 @@ void State::getPoseData(math::Vector& poseData) const {
     const auto pdim = static_cast<unsigned int>(poseDimension());
     TARVOS_REQUIRE((pdim == poseData.dimension()) && "ERROR: finite state dimension does not match the input vector!");
     poseData = sized(mPose->currentData(), pdim);
-}
-
-math::Vector State::getPoseData() const {
-    return mPose->currentData();
 }
 
 const math::Vector& State::derivative(int order) const {

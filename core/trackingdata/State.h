@@ -21,9 +21,8 @@ namespace tarvos::core {
 ///
 /// An `order` of -1 selects such a whole vector, 0 the pose part alone, k from 1 to n block k alone.
 ///
-/// Vectors must have the right size when they are passed; any other size, and an invalid order,
-/// aborts before anything is written. Reading may refresh the pose's stored vectors (see cvdata::Pose), so
-/// even concurrent readers of one state need a lock of the caller's.
+/// Vectors of another size and an invalid order abort before anything is written. Reading may refresh the pose's stored
+/// vectors (see cvdata::Pose), so even concurrent readers of one state need a lock.
 ///
 /// Class invariant: there is a pose, and every block has poseDoF() elements. The number of blocks and the pose object
 /// never change. States are not movable; std::move copies.
@@ -38,11 +37,10 @@ public:
     /// A deep copy, time stamp included.
     State(const State& other);
 
-    /// Copies the pose's value, the blocks and the time stamp. Aborts when poseDimension() or
-    /// stateIncDimension() differ. (If the numbers of blocks differ, the common ones are copied. Through a
-    /// `TrackingData&` only the time stamp is copied.)
+    /// Copies the pose's value, the blocks (the common ones if their numbers differ) and the time stamp. Aborts when
+    /// poseDimension() or stateIncDimension() differ. Through a `TrackingData&` only the time stamp is copied.
     State& operator=(const State& state);
-    State* clone() const override;
+    State* clone() const override { return new State(*this); }
 
     /// Resets the pose, data and incremental data, and sets all blocks to zero.
     void resetAll();
@@ -67,7 +65,7 @@ public:
     /// Reads the pose's data; @p poseData has poseDimension() elements.
     void getPoseData(math::Vector& poseData) const;
     /// The pose's data.
-    math::Vector getPoseData() const;
+    math::Vector getPoseData() const { return mPose->currentData(); }
 
     /// Derivative block @p order, from 1 to getMaxOrder() - 1; any other aborts. Valid as long as the state.
     const math::Vector& derivative(int order) const;

@@ -2,6 +2,7 @@
 #include <tarvos/core/FileDescriptor.h>
 #include <tarvos/core/util/Filesystem.h>
 
+#include <cerrno>
 #include <cstddef>
 #include <fcntl.h>
 #include <filesystem>
@@ -31,10 +32,6 @@ std::string absoluteText(const std::string& path) {
     std::error_code error;
     const fs::path current = path.empty() ? fs::path() : fs::current_path(error);
     return error ? path : (current / path).native();
-}
-
-bool endsWith(const std::string& text, const std::string& ending) {
-    return text.size() >= ending.size() && text.compare(text.size() - ending.size(), ending.size(), ending) == 0;
 }
 
 /// @p path without trailing slashes: behind a link they would denote what the link points to.
@@ -80,7 +77,7 @@ bool copyFile(const fs::path& from, const fs::path& to) {
         return false;
     ssize_t count = 0;
     do
-        count = source.read(bytes.get(), CHUNK);
+        count = TEMP_FAILURE_RETRY(read(source.get(), bytes.get(), CHUNK));
     while (count > 0 && target.write(bytes.get(), static_cast<std::size_t>(count)));
     // The permissions come last, without a set-user-id bit.
     if (count == 0 && fchmod(target.get(), status.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO)) == 0 && target.close())
@@ -150,7 +147,8 @@ void Filesystem::ls(std::string dir, std::vector<std::string>& files, std::vecto
 std::vector<std::string> Filesystem::ls(std::string dir, std::string ext) {
     std::vector<std::string> names;
     forEachEntry(dir, [&](const fs::directory_entry& entry, std::string& name) {
-        if (entry.is_regular_file() && endsWith(name, ext))
+        const bool isMatch = name.size() >= ext.size() && name.compare(name.size() - ext.size(), ext.size(), ext) == 0;
+        if (isMatch && entry.is_regular_file())
             names.push_back(std::move(name));
     });
     return names;

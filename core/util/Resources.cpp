@@ -5,40 +5,24 @@
 #include <cstdlib>
 #include <iostream>
 #include <utility>
-#include <vector>
 
 namespace tarvos::core::util {
 
 namespace {
 
-constexpr const char* MARKER = "DATA_DIR_ID.txt";
-
-/// The directories to search, in order.
-std::vector<std::string> dataDirCandidates() {
-    std::vector<std::string> candidates;
-    const auto addFromEnvironment = [&](const char* variable) {
-        if (const char* value = std::getenv(variable))
-            candidates.push_back(value + std::string("/data/"));
-    };
-    addFromEnvironment("TARVOSDATADIR");
-    for (const char* path : {"./data/", "../data/", "../../data/", "../../../data/", "../../../../data/"})
-        candidates.emplace_back(path);
-    addFromEnvironment("TARVOS");
-    return candidates;
-}
-
-/// The first candidate that holds the marker, or the empty text.
+/// The first directory that holds the marker, or the empty text.
 std::string searchDataDir() {
-    for (const std::string& candidate : dataDirCandidates())
-        if (Filesystem::exists(candidate + MARKER))
-            return candidate;
+    const char* first = std::getenv("TARVOSDATADIR");
+    const char* last = std::getenv("TARVOS");
+    for (const char* root : {first, ".", "..", "../..", "../../..", "../../../..", last})
+        if (root != nullptr && Filesystem::exists(root + std::string("/data/DATA_DIR_ID.txt")))
+            return root + std::string("/data/");
     return "";
 }
 
 }  // namespace
 
-Resources::Resources(std::string dataDirPath, std::string appName)
-    : mDataDirPath(std::move(dataDirPath)), mAppName(std::move(appName)) {
+Resources::Resources(std::string dataDirPath, std::string appName) : mDataDirPath(std::move(dataDirPath)) {
     report(std::cerr, "Searching for data dir...");
     if (!mDataDirPath.empty()) {
         report(std::cerr, "Using given default data dir location:" + mDataDirPath);
@@ -50,7 +34,13 @@ Resources::Resources(std::string dataDirPath, std::string appName)
         return;
     }
     report(std::cerr, "Data directory found at: " + mDataDirPath);
-    enterAppDir();
+    for (const std::string& candidate : {mDataDirPath + "tutorials/" + appName, mDataDirPath + appName}) {
+        if (Filesystem::exists(candidate)) {
+            mDataDirPath = candidate;
+            report(std::cerr, "Found " + appName + " specific data directory at : " + candidate);
+            return;
+        }
+    }
 }
 
 std::string Resources::findFile(std::string name) const {
@@ -58,16 +48,6 @@ std::string Resources::findFile(std::string name) const {
         return name;
     const std::string path = mDataDirPath + "/" + name;
     return Filesystem::exists(path) ? path : "";
-}
-
-void Resources::enterAppDir() {
-    for (const std::string& candidate : {mDataDirPath + "tutorials/" + mAppName, mDataDirPath + mAppName}) {
-        if (Filesystem::exists(candidate)) {
-            mDataDirPath = candidate;
-            report(std::cerr, "Found " + mAppName + " specific data directory at : " + candidate);
-            return;
-        }
-    }
 }
 
 }  // namespace tarvos::core::util

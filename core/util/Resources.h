@@ -11,9 +11,7 @@ namespace tarvos::core::util {
 /// A data directory holds the file "DATA_DIR_ID.txt". It is searched for at `$TARVOSDATADIR/data/`, then at ./data/,
 /// ../data/ and so on up to ../../../../data/, then at `$TARVOS/data/`; the first one wins. Within it, the
 /// application's own directory is used if it exists: tutorials/ followed by the application's name, or else its name
-/// alone. Each step is reported on standard error.
-///
-/// The path stays as it was found: a relative one is relative to the current directory at the time of use.
+/// alone. Each step is reported on standard error. The path stays as it was found, also when it is relative.
 ///
 /// To make one: a directory "data" with an empty file "DATA_DIR_ID.txt" in it, and `TARVOSDATADIR` set to the directory
 /// *above* "data".
@@ -36,9 +34,6 @@ public:
 
 private:
     std::string mDataDirPath;
-    std::string mAppName;
-
-    void enterAppDir();
 };
 
 }  // namespace tarvos::core::util

@@ -46,7 +46,7 @@ int main(int argc, char** argv) try {
     const auto source = tarvos::video::FrameSource::open(argv[1]);
     Image frame;
     if (!source->read(frame) || (box & cv::Rect(0, 0, frame.width(), frame.height())) != box)
-        throw std::runtime_error("there is no such box in a first frame");
+        throw std::runtime_error("no frame can be read, or the box is not inside the first");
     cv::Mat hsv;
     cv::cvtColor(matView(frame), hsv, cv::COLOR_BGR2HSV);
     const ColourHist2d wanted = coloursOf(hsv, box);
@@ -85,7 +85,8 @@ int main(int argc, char** argv) try {
         video.add(frame);
         if (std::getenv("DISPLAY") != nullptr) {
             cv::imshow("record", pixels);
-            cv::waitKey(1);
+            if (cv::waitKey(1) == 27)  // Escape
+                break;
         }
     } while (source->read(frame));
     video.finish();

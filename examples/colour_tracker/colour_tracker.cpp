@@ -1,6 +1,5 @@
-/// @file
-/// Follows any object in a video by its colours with a particle filter, and prints where it is in each frame: after
-/// Perez, Hue, Vermaak and Gangnet, "Color-Based Probabilistic Tracking", 2002.
+// Follows any object in a video by its colours with a particle filter, and prints where it is in each frame: after
+// Perez, Hue, Vermaak and Gangnet, "Color-Based Probabilistic Tracking", 2002.
 
 #include <opencv2/core/utils/logger.hpp>
 #include <opencv2/highgui.hpp>
@@ -18,20 +17,15 @@
 #include <iostream>
 #include <stdexcept>
 
+using namespace tarvos;
 using namespace tarvos::core;
 using namespace tarvos::vision;
-using cvdata::ColourHist2d;
-using tarvos::math::Vector;
-using tarvos::video::FrameSource;
+using math::Vector;
 
 namespace {
 
 /// How steeply the likelihood falls with the squared distance of the colours (the paper's lambda).
 constexpr double STEEPNESS = 20.0;
-
-[[noreturn]] void fail(const std::string& reason) {
-    throw std::runtime_error(reason);
-}
 
 cv::Mat toHsv(const cvdata::Image& frame) {
     cv::Mat hsv;
@@ -39,8 +33,8 @@ cv::Mat toHsv(const cvdata::Image& frame) {
     return hsv;
 }
 
-ColourHist2d coloursOf(const cv::Mat& hsv, const cv::Rect& box) {
-    ColourHist2d colours(12, 12, 4);
+cvdata::ColourHist2d coloursOf(const cv::Mat& hsv, const cv::Rect& box) {
+    cvdata::ColourHist2d colours(12, 12, 4);
     addPixels(colours, hsv(box), {}, HSV_LIMITS);
     return colours;
 }
@@ -58,17 +52,16 @@ cv::Rect startBox(const std::string& text, const cvdata::Image& frame) {
     if (text.empty())
         box = cv::selectROI("colour_tracker", matView(frame));
     else if (std::sscanf(text.c_str(), "%d,%d,%d,%d%c", &box.x, &box.y, &box.width, &box.height, &rest) != 4)
-        fail("-box expects x,y,width,height in the first frame, got \"" + text + "\"");
-    if (box.x < 0 || box.y < 0 || box.width < 1 || box.height < 1 || box.width > frame.width() - box.x ||
-        box.height > frame.height() - box.y)
-        fail("the box is empty or not inside the frame");
+        throw std::runtime_error("-box expects x,y,width,height in the first frame, got \"" + text + "\"");
+    if (box.empty() || (cv::Rect2d(box) & cv::Rect2d(0, 0, frame.width(), frame.height())) != cv::Rect2d(box))
+        throw std::runtime_error("the box is empty or not inside the frame");
     return box;
 }
 
 void show(cvdata::Image& frame, const ParticleFilter& filter, const cv::Rect& box) {
     const cv::Mat pixels = matView(frame);
-    for (std::size_t i = 0; i < filter.particles().size(); i += 8)  // of 4 degrees of freedom and their velocities
-        cv::circle(pixels, cv::Point2d(filter.particles()[i], filter.particles()[i + 1]), 1, {0, 220, 255});
+    for (unsigned int i = 0; i < filter.particles().rows(); ++i)
+        cv::circle(pixels, cv::Point2d(filter.particles()(i, 0), filter.particles()(i, 1)), 1, {0, 220, 255});
     cv::rectangle(pixels, box, {255, 64, 0}, 2);
     cv::imshow("colour_tracker", pixels);
 }
@@ -77,20 +70,20 @@ void run(const parser::CmdLineParser& parser) {
     const bool isShown = parser.getValueBool("show");
     const int particles = parser.value<int>("particles").value_or(0), camera = parser.value<int>("camera").value_or(-1);
     if (parser.isSet("input") == parser.isSet("camera"))
-        fail("give either -input or -camera");
+        throw std::runtime_error("give either -input or -camera");
     if (particles < 1 || camera < 0)
-        fail("-particles expects an integer >= 1, -camera one >= 0");
+        throw std::runtime_error("-particles expects an integer >= 1, -camera one >= 0");
     if (!isShown && !parser.isSet("box"))
-        fail("give the -box to follow, or -show to draw it");
+        throw std::runtime_error("give the -box to follow, or -show to draw it");
     if (isShown && std::getenv("DISPLAY") == nullptr)
-        fail("-show needs a display");
-    const auto source =
-        parser.isSet("camera") ? FrameSource::openCamera(camera) : FrameSource::open(parser.getValue("input"));
+        throw std::runtime_error("-show needs a display");
+    const auto source = parser.isSet("camera") ? video::FrameSource::openCamera(camera)
+                                               : video::FrameSource::open(parser.getValue("input"));
     cvdata::Image frame;
     if (!source->read(frame))
-        fail("no frame of the input can be decoded");
+        throw std::runtime_error("no frame of the input can be decoded");
     const cv::Rect box = startBox(parser.getValue("box"), frame);
-    const ColourHist2d wanted = coloursOf(toHsv(frame), box);
+    const cvdata::ColourHist2d wanted = coloursOf(toHsv(frame), box);
     State state(cvdata::VectorPose(4), 2);
     state.setPoseData(Vector::of(box.x + box.width / 2.0, box.y + box.height / 2.0, box.width, box.height));
     const double extent = std::sqrt(box.area()), still = extent / 100;
@@ -127,7 +120,7 @@ int main(int argc, char** argv) {
     parser.addFlag("show", " show the frames, and draw the box with the mouse if there is no -box; Escape quits");
     try {
         if (!parser.unknownWords().empty())
-            fail("unknown option " + parser.unknownWords().front() + ", see -help");
+            throw std::runtime_error("unknown option " + parser.unknownWords().front() + ", see -help");
         parser.parse();
         run(parser);
     } catch (const std::exception& error) {

@@ -144,9 +144,10 @@ double track(const Options& options, FrameSource& source, Recorder& recorder) {
     if (recorder.frames() == 0 && interruption == 0)
         throw std::runtime_error("no frame of the input can be decoded");
     // Containers estimate the count where frames are not evenly spaced; what counts is whether the end was reached.
-    const bool isCut = source.number() + 1 < count && source.time() + longestGap < (count - 0.5) / source.frameRate();
+    const int stated = source.frameCount();
+    const bool isCut = source.number() + 1 < stated && source.time() + longestGap < (stated - 0.5) / source.frameRate();
     if (!isDone() && isCut)
-        std::cerr << cv::format("skin_tracker: the input has %d frames, %d could be decoded\n", count, decoded);
+        std::cerr << cv::format("skin_tracker: the input has %d frames, %d could be decoded\n", stated, decoded);
     return progress.framesPerSecond();
 }
 

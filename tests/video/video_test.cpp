@@ -92,9 +92,8 @@ TEST_F(VideoTest, WhatCannotBeUsedIsNamedAndLeavesAGap) {
     EXPECT_THAT(track.seen, testing::ElementsAre(0, 1, 3, 5));
     EXPECT_THAT(track.numbers, testing::ElementsAre(0, 1, 4, 6));
     EXPECT_DOUBLE_EQ(track.times[2], 4 / 25.0);
-    EXPECT_THAT(reported,
-                testing::MatchesRegex("(ERROR: Could not load image: [^\n]*\n|Skipped ./2.forged.png\n)+"
-                                      "Skipped ./4.png, which is 32x16 pixels, the frames before it 64x48\n"));
+    EXPECT_THAT(reported, testing::MatchesRegex("(ERROR: Could not load image: [^\n]*\n|Skipped ./2.forged.png\n)+"
+                                                "Skipped ./4.png: it has 32x16 pixels, the frames before it 64x48\n"));
 }
 
 TEST_F(VideoTest, AVideoIsReadAsItWasWritten) {

@@ -14,31 +14,20 @@ namespace tarvos::core::cvdata {
 namespace {
 
 struct SkinComponent {
-    float covariance[2][2];
+    float covariance[4];
     float mean[2];
     float weight;
     float determinant;
 };
 
 constexpr SkinComponent SKIN_COMPONENTS[] = {
-    {{{3.0789F, -0.2718F}, {-0.2718F, 91.2812F}}, {111.3253F, 114.8166F}, 0.5027F, 281.14F},
-    {{{136.4821F, -1.7907F}, {-1.7907F, 2.2867F}}, {116.5767F, 111.7613F}, 0.4973F, 309.34F},
+    {{3.0789F, -0.2718F, -0.2718F, 91.2812F}, {111.3253F, 114.8166F}, 0.5027F, 281.14F},
+    {{136.4821F, -1.7907F, -1.7907F, 2.2867F}, {116.5767F, 111.7613F}, 0.4973F, 309.34F},
 };
 
 }  // namespace
 
 GM::GM(unsigned int dim) : mCovariance(dim), mCovarianceInverse(dim), mDim(dim), mMean(dim) {}
-
-GM& GM::operator=(const GM& other) {
-    GM copy(other);
-    std::swap(mCovariance, copy.mCovariance);
-    std::swap(mCovarianceInverse, copy.mCovarianceInverse);
-    std::swap(mMean, copy.mMean);
-    mDeterminant = other.mDeterminant;
-    mDim = other.mDim;
-    mWeight = other.mWeight;
-    return *this;
-}
 
 ColorGMM::ColorGMM(size_t nMixtures, size_t dim)
     : VisualFeatures(REPR_COLOR_GMM), mEpsilon(static_cast<double>(5e-7F)) {
@@ -56,12 +45,6 @@ ColorGMM::ColorGMM(const ColorGMM& other) : VisualFeatures(other.type()), mEpsil
     }
 }
 
-ColorGMM::ColorGMM(ColorGMM&& other) noexcept = default;
-
-std::size_t ColorGMM::dimension() const {
-    return mMixtures.size();
-}
-
 ColorGMM& ColorGMM::operator=(const ColorGMM& other) {
     if (this == &other)
         return *this;
@@ -76,9 +59,7 @@ ColorGMM ColorGMM::skin() {
     for (std::size_t i = 0; i < model.dimension(); ++i) {
         const SkinComponent& skin = SKIN_COMPONENTS[i];
         GM& component = *model.mMixtures[i];
-        for (unsigned int row = 0; row < 2; ++row)
-            for (unsigned int col = 0; col < 2; ++col)
-                component.mCovariance(row, col) = skin.covariance[row][col];
+        std::copy(std::begin(skin.covariance), std::end(skin.covariance), component.mCovariance.begin());
         component.mCovarianceInverse = component.mCovariance.invert(math::Matrix::INVERSION_LU);
         std::copy(std::begin(skin.mean), std::end(skin.mean), component.mMean.begin());
         component.mWeight = skin.weight;

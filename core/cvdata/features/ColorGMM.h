@@ -19,7 +19,9 @@ public:
     /// A copy of all fields.
     GM(const GM& other) = default;
     /// Copies all fields. When it throws, this component is unchanged.
-    GM& operator=(const GM& other);
+    GM& operator=(const GM& other) { return *this = GM(other); }
+    /// Takes over all fields; the matrices of @p other become empty.
+    GM& operator=(GM&& other) noexcept = default;
     virtual ~GM() = default;
 
     math::SquareMatrix mCovariance;         ///< mDim x mDim
@@ -31,7 +33,7 @@ public:
 };
 
 /// A Gaussian mixture over a colour space of at most four dimensions. It holds the components and can load a model of
-/// skin colour; evaluating the mixture is left to the tracker.
+/// skin colour; `vision/Mixture.h` evaluates a mixture and learns one from samples.
 ///
 /// Components are held through shared pointers, so that a user can keep one. Construction, copying and
 /// initSkinDistribution() give every slot a component of its own and never overwrite one: a component that a user keeps
@@ -47,10 +49,10 @@ public:
     /// A deep copy; its mFlag is false. Aborts if a slot of @p other is null.
     ColorGMM(const ColorGMM& other);
     /// Takes over the components, mEpsilon and mFlag of @p other, which then has no components.
-    ColorGMM(ColorGMM&& other) noexcept;
+    ColorGMM(ColorGMM&& other) noexcept = default;
 
     /// The number of components.
-    virtual std::size_t dimension() const;
+    virtual std::size_t dimension() const { return mMixtures.size(); }
     /// Copies the components deeply, and mEpsilon; mFlag stays. There is no move assignment. Aborts if a slot
     /// of @p other is null. When it throws, this model is unchanged.
     virtual ColorGMM& operator=(const ColorGMM& other);

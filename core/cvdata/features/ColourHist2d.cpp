@@ -8,15 +8,9 @@ ColourHist2d::ColourHist2d(std::int64_t bins1, std::int64_t bins2, std::int64_t 
     ColourHist2d::setBins(binCount(bins1), binCount(bins2), binCount(bins3));
 }
 
-ColourHist2d::ColourHist2d(const ColourHist2d& other)
-    : VisualFeatures(REPR_COLOUR_HIST_2D),
-      mColourHistData(std::make_unique<math::Vector>(other.data())),
-      mBins1(other.mBins1),
-      mBins2(other.mBins2),
-      mBins3(other.mBins3),
-      mPlaneBins(std::uint32_t{mBins1} * mBins2) {}
-
-ColourHist2d::ColourHist2d(ColourHist2d&& other) noexcept = default;
+ColourHist2d::ColourHist2d(const ColourHist2d& other) : VisualFeatures(REPR_COLOUR_HIST_2D) {
+    ColourHist2d::operator=(other);
+}
 
 ColourHist2d& ColourHist2d::operator=(const ColourHist2d& other) {
     if (this == &other)
@@ -28,10 +22,6 @@ ColourHist2d& ColourHist2d::operator=(const ColourHist2d& other) {
     other.getBins(&mBins1, &mBins2, &mBins3);
     mPlaneBins = std::uint32_t{mBins1} * mBins2;
     return *this;
-}
-
-unsigned int ColourHist2d::getBinsTotal() const {
-    return std::uint32_t{mBins1} * mBins2 * mBins3;
 }
 
 void ColourHist2d::getBins(unsigned char* bins1, unsigned char* bins2, unsigned char* bins3) const {
@@ -57,10 +47,6 @@ unsigned char ColourHist2d::binCount(std::int64_t bins) {
     TARVOS_REQUIRE_WITH("(not " + std::to_string(bins) + ")",
                         (bins >= 0 && bins <= 255) && "ColourHist2d: a channel has 0 to 255 bins.");
     return static_cast<unsigned char>(bins);
-}
-
-void ColourHist2d::clear() {
-    data().fill(0.0);
 }
 
 void ColourHist2d::setData(const math::Vector& Input) {

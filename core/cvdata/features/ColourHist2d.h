@@ -26,13 +26,12 @@ public:
     /// A deep copy; its mFlag is false.
     ColourHist2d(const ColourHist2d& other);
     /// Takes over the entries of @p other, and has its shape and mFlag; @p other then has no vector.
-    ColourHist2d(ColourHist2d&& other) noexcept;
+    ColourHist2d(ColourHist2d&& other) noexcept = default;
 
-    /// Copies shape and entries; mFlag stays. There is no move assignment. Aborts when @p other was moved
-    /// from.
+    /// Copies shape and entries; mFlag stays. There is no move assignment. Aborts when @p other was moved from.
     virtual ColourHist2d& operator=(const ColourHist2d& other);
     /// The number of entries: bins1 x bins2 x bins3.
-    virtual unsigned int getBinsTotal() const;
+    virtual unsigned int getBinsTotal() const { return std::uint32_t{mBins1} * mBins2 * mBins3; }
     /// Writes the numbers of bins; null pointers are skipped.
     virtual void getBins(unsigned char* bins1, unsigned char* bins2, unsigned char* bins3) const;
     /// Changes the shape and sets every entry to zero; does nothing if that is the shape already. When it throws for
@@ -45,7 +44,7 @@ public:
                 binCount(static_cast<std::int64_t>(bins3)));
     }
     /// Sets every entry to zero.
-    virtual void clear();
+    virtual void clear() { data().fill(0.0); }
 
     /// Copies @p Input, of getBinsTotal() elements; any other length aborts.
     void setData(const math::Vector& Input);

@@ -40,16 +40,16 @@ public:
     };
 
     /// No edges, no points.
-    VisContourSamplePts();
+    VisContourSamplePts() : VisualFeatures(REPR_VIS_CONTOUR_SAMPLE_PTS) {}
     VisContourSamplePts(const VisContourSamplePts& other) = delete;
     /// Takes over the points, edges and flag of @p other, which then has neither edges nor points.
-    VisContourSamplePts(VisContourSamplePts&& other) noexcept;
+    VisContourSamplePts(VisContourSamplePts&& other) noexcept = default;
 
     /// Not supported: aborts.
     virtual VisContourSamplePts& operator=(const VisContourSamplePts& other);
 
     /// Removes the edges. The points stay.
-    void clear();
+    void clear() { mEdges.clear(); }
 
     std::vector<Edge> mEdges;     ///< stretches of contour
     std::vector<CPOINT> mPoints;  ///< the points that edges refer to

@@ -5,15 +5,17 @@
 
 namespace tarvos::core::cvdata {
 
+// Every derived class's implicit assignment hides the virtual one; its users should not be warned.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Woverloaded-virtual"
+
 /// One configuration of a target, for instance its place and size: the base of an application's pose classes, which a
-/// State carries.
+/// State carries. VectorPose is the one for plain vectors; the guide "Your own pose" makes another.
 ///
 /// A pose is seen in two forms: its data, a vector of dimension() elements, and its incremental data, a vector of
 /// dof() elements, one per degree of freedom. The two counts may differ (a rotation as a quaternion has 4 elements and
 /// 3 degrees of freedom). Each vector has an update flag: at 0 it is out of date, and reading it calls updateData()
 /// or updateIncData() first.
-///
-/// For plain-vector poses see VectorPose.
 ///
 /// Class invariant: mData has dimension() elements and mIncData has dof(). A derived class maintains it; where it is
 /// broken, reading aborts.
@@ -37,28 +39,16 @@ public:
     virtual void updateIncData() = 0;
     /// Makes this pose equal in value to @p pose, which has the same class: copies both vectors and flags. A pose
     /// with members of its own overrides this. Aborts when the counts differ.
-    // Hidden by the implicit assignment of every derived class, of which users should not be warned.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Woverloaded-virtual"
     virtual Pose& operator=(const Pose& pose);
-#pragma GCC diagnostic pop
 
     /// Elements of the data.
-    int dimension() const {
-        return mDimension;
-    }
+    int dimension() const { return mDimension; }
     /// Elements of the incremental data: the degrees of freedom.
-    int dof() const {
-        return mDof;
-    }
+    int dof() const { return mDof; }
     /// 0 while the data is out of date.
-    int getUpdateFlag() const {
-        return mUpdateFlag;
-    }
+    int getUpdateFlag() const { return mUpdateFlag; }
     /// 0 while the incremental data is out of date.
-    int getUpdateIncFlag() const {
-        return mUpdateIncFlag;
-    }
+    int getUpdateIncFlag() const { return mUpdateIncFlag; }
 
     /// Copies the data, brought up to date, into @p vec. Aborts unless it has dimension() elements.
     void getData(math::Vector& vec);
@@ -94,5 +84,7 @@ protected:
     math::Vector* mIncData = &mIncDataVector;  ///< the incremental data; by default owned by the pose
     int mUpdateIncFlag = 1;                    ///< 0 while mIncData is out of date
 };
+
+#pragma GCC diagnostic pop
 
 }  // namespace tarvos::core::cvdata

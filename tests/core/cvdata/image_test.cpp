@@ -4,7 +4,6 @@
 #include <tarvos/core/cvdata/MatView.h>
 
 #include <climits>
-#include <cstring>
 #include <memory>
 #include <new>
 #include <tuple>
@@ -13,33 +12,11 @@ using namespace tarvos::core::cvdata;
 
 namespace {
 
-TEST(ImageTest, AnImageOf5x2BgrHasAStrideOf16AndABufferOf32Bytes) {
-    const Image image(5, 2, Image::CHANNELS_BGR, Image::BITS_8U);
-    EXPECT_EQ(image.width(), 5);
-    EXPECT_EQ(image.height(), 2);
-    EXPECT_EQ(image.nofChannels(), 3);
-    EXPECT_EQ(image.widthStep(), 16);
-    EXPECT_EQ(image.row(0), image.imageBuffer());
-    EXPECT_EQ(image.row(1), image.imageBuffer() + 16);
-    const IplImage* header = image.iplImage();
-    EXPECT_EQ(header->imageData, reinterpret_cast<char*>(image.imageBuffer()));
-    EXPECT_EQ(header->imageSize, 32);
-    EXPECT_EQ(header->widthStep, 16);
-}
-
 /// A header over the buffer of an image of 4 x 4 grey pixels.
 struct ImageOfHeaderTest : testing::Test {
     Image image{4, 4, Image::CHANNELS_GRAY, Image::BITS_8U};
     IplImage header = *image.iplImage();
 };
-
-TEST_F(ImageOfHeaderTest, AnUnknownChannelSequenceLeavesTheLayout) {
-    Image rgb(1, 1, Image::CHANNELS_RGB, Image::BITS_8U);
-    header.nChannels = 3;
-    std::memcpy(header.channelSeq, "BRG", 4);
-    rgb.updateFromOpencvHeader(&header);
-    EXPECT_EQ(rgb.channels(), Image::CHANNELS_RGB);
-}
 
 TEST_F(ImageOfHeaderTest, ThePaddingOfAPartsLastRowIsItsParents) {
     const cv::Mat grey(10, 101, CV_8UC1, cv::Scalar::all(7)), colour(4, 6, CV_8UC3, cv::Scalar::all(7));

@@ -71,14 +71,6 @@ TEST_F(PoseTest, AbortsOnWrongSizes) {
     EXPECT_DEATH(static_cast<Pose&>(pose) = TestPose(2, 2), "poses differ in kind");
 }
 
-TEST_F(PoseTest, ACopyHasVectorsOfItsOwn) {
-    pose.setData(Vector::of(5, 6, 7));
-    const std::unique_ptr<TestPose> copy(pose.clone());
-    pose.setData(Vector(3));
-    copy->getData(three);
-    EXPECT_THAT(elementsOf(three), ElementsAre(5, 6, 7));
-}
-
 /// A state of dimension 3 and 2 degrees of freedom with two blocks.
 struct StateTest : PoseTest {
     State state{pose, 3};

@@ -7,9 +7,7 @@
 #include <tarvos/core/cvdata/features/ColourHist2d.h>
 #include <tarvos/core/cvdata/features/VisContourSamplePts.h>
 
-#include <algorithm>
 #include <iostream>
-#include <new>
 #include <stdexcept>
 
 using namespace tarvos::core::cvdata;
@@ -29,18 +27,6 @@ TEST(CvDataTest, AssignmentThroughABaseMovesNoData) {
     EXPECT_TRUE(target.mFlag) << "of the root nothing is copied";
     EXPECT_EQ(target.dimension(), 1U);
     EXPECT_DEATH(static_cast<CvData&>(target) = Image(), "this->mDataReprType == data.mDataReprType");
-}
-
-TEST(BlobsTest, NewRecordsAreZeroWhateverTheMemoryHeld) {
-    alignas(Blobs::BlobInfo) unsigned char memory[sizeof(Blobs::BlobInfo)];
-    std::fill(std::begin(memory), std::end(memory), static_cast<unsigned char>(0xA5));
-    const auto* blob = new (memory) Blobs::BlobInfo;
-    EXPECT_THAT(blob->mValues, Each(0.0));
-    EXPECT_THAT(blob->mBlock, Each(0));
-    EXPECT_EQ(blob->mField1 | blob->mField2, 0);
-    EXPECT_EQ(elementsOf(blob->mMatrix1), std::vector<double>(4));
-    EXPECT_EQ(elementsOf(blob->mMatrix2), std::vector<double>(4));
-    EXPECT_EQ(elementsOf(blob->mVector), std::vector<double>(2));
 }
 
 TEST(FeaturesTest, RecordsAndSlotsStayWhereTheyAreUnlessThereAreMore) {
