@@ -101,9 +101,10 @@ bool ParticleFilter::correct(const std::function<double(const State&)>& likeliho
     Vector weights(mWeights.rows());
     const auto weigh = [&](const cv::Range& range) {
         State particle(mState);
+        Vector elements(mParticles.cols());
         for (auto i = static_cast<unsigned int>(range.start); i < static_cast<unsigned int>(range.end); ++i) {
-            const double* elements = mParticles.data() + std::size_t{i} * mParticles.cols();
-            particle.setIncDataFromVector(Vector::of(elements, mParticles.cols()), -1);
+            std::copy_n(mParticles.data() + std::size_t{i} * mParticles.cols(), mParticles.cols(), elements.begin());
+            particle.setIncDataFromVector(elements, -1);
             weights[i] = likelihood(particle);
             TARVOS_REQUIRE((std::isfinite(weights[i]) && weights[i] >= 0.0) &&
                            "ParticleFilter: a likelihood is negative or not finite.");

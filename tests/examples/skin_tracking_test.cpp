@@ -81,9 +81,9 @@ TEST(TrackerTest, GivesUpWhatNeverMovesAndAHandThatRestsForTenSeconds) {
     Tracked resting(20), still(0);
     for (int i = 0; i < 320; ++i) {
         resting.see(scene({40 + 76, 90, 60, 40}, SKIN));
-        EXPECT_TRUE(resting.tracker->found() || i > 250) << i;
+        ASSERT_TRUE(resting.tracker->found() || i > 250) << i;
         still.see(scene({200, 20, 60, 40}, SKIN));
-        EXPECT_EQ(still.tracker->found(), i < 25) << i;
+        ASSERT_EQ(still.tracker->found(), i < 25) << i;
     }
     EXPECT_FALSE(resting.tracker->found());
     const cv::Rect elsewhere(40, 150, 60, 40);

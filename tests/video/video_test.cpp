@@ -16,26 +16,33 @@ using tarvos::core::cvdata::imageOf;
 
 namespace {
 
-/// A frame whose brightness says its number.
+/// A frame whose blue says its number; it has half as much green, and no red.
 cv::Mat frame(int number, cv::Size size = {64, 48}) {
-    return {size, CV_8UC3, cv::Scalar::all(20 * number)};
+    return {size, CV_8UC3, cv::Scalar(20 * number, 10 * number, 0)};
 }
 
 struct VideoTest : testing::Test {
     const TemporaryDirectory directory;
 
-    /// Reads everything: the numbers of the frames by their brightness, their numbers and times by the source.
+    /// Reads everything: the numbers of the frames by their colour, their numbers and times by the source.
     struct Track {
         std::vector<int> seen, numbers;
         std::vector<double> times;
     };
     static Track readAll(FrameSource& source) {
         Track track;
-        for (Image read; source.read(read);) {
-            track.seen.push_back(cvRound(cv::mean(matView(read))[0] / 20));
+        Image read(64, 48, Image::CHANNELS_RGB, Image::BITS_8U);
+        read.setTimeStamp(7);
+        const auto blue = [&] { return cvRound(cv::mean(matView(read))[0] / 20); };
+        EXPECT_EQ(source.time(), 0.0) << "before the first frame";
+        while (source.read(read)) {
+            track.seen.push_back(blue());
             track.numbers.push_back(source.number());
             track.times.push_back(source.time());
         }
+        EXPECT_EQ(read.channels(), Image::CHANNELS_BGR);
+        EXPECT_EQ(read.getTimeStamp(), 7) << "the source sets it";
+        EXPECT_EQ(blue(), track.seen.back()) << "the frame is changed at the end";
         return track;
     }
     static void expectEvenTimes(const std::vector<double>& times, std::size_t count, double rate) {
@@ -56,13 +63,13 @@ struct VideoTest : testing::Test {
 
 TEST_F(VideoTest, ADirectoryIsReadInNaturalOrder) {
     const char* const names[] = {"a2.png",
-                                 "a010.PNG",
-                                 "b1-2.bmp",
-                                 "b1-10.bmp",
-                                 "b02-1.bmp",
-                                 "b18446744073709551616.ppm",
-                                 "b18446744073709551617.ppm",
-                                 "line\nbreak.png"};
+                                 "a010.TIF",
+                                 "b1-2.tiff",
+                                 "b1-10.jpg",
+                                 "b02-1.jpeg",
+                                 "b18446744073709551616.pgm",
+                                 "b18446744073709551617.webp",
+                                 "line\nbreak.bmp"};
     int number = 0;
     for (const char* name : names) {
         std::vector<unsigned char> bytes;
@@ -85,6 +92,7 @@ TEST_F(VideoTest, WhatCannotBeUsedIsNamedAndLeavesAGap) {
         cv::imwrite(std::to_string(number) + ".png", frame(number));
     writeFile("2.png", "no image");
     writeFile("2\nforged.png", "no image");
+    writeFile("6.png", "no image");
     cv::imwrite("4.png", frame(4, {32, 16}));
     const auto source = FrameSource::open(".");
     Track track;
@@ -93,7 +101,8 @@ TEST_F(VideoTest, WhatCannotBeUsedIsNamedAndLeavesAGap) {
     EXPECT_THAT(track.numbers, testing::ElementsAre(0, 1, 4, 6));
     EXPECT_DOUBLE_EQ(track.times[2], 4 / 25.0);
     EXPECT_THAT(reported, testing::MatchesRegex("(ERROR: Could not load image: [^\n]*\n|Skipped ./2.forged.png\n)+"
-                                                "Skipped ./4.png: it has 32x16 pixels, the frames before it 64x48\n"));
+                                                "Skipped ./4.png: it has 32x16 pixels, the frames before it 64x48\n"
+                                                "ERROR: Could not load image: ./6.png\n"));
 }
 
 TEST_F(VideoTest, AVideoIsReadAsItWasWritten) {
@@ -104,13 +113,24 @@ TEST_F(VideoTest, AVideoIsReadAsItWasWritten) {
     const auto source = FrameSource::open("12:30.avi");
     EXPECT_EQ(source->frameCount(), 8);
     EXPECT_EQ(source->frameRate(), 12.5);
-    Image kept(64, 48, Image::CHANNELS_BGR, Image::BITS_8U);
     const Track track = readAll(*source);
     EXPECT_THAT(track.seen, testing::ElementsAre(1, 2, 3, 4, 5, 6, 7, 8));
     EXPECT_THAT(track.numbers, testing::ElementsAre(0, 1, 2, 3, 4, 5, 6, 7));
     expectEvenTimes(track.times, 8, 12.5);
-    EXPECT_FALSE(source->read(kept));
-    EXPECT_EQ(kept.width(), 64) << "unchanged at the end";
+}
+
+TEST_F(VideoTest, AVideosTimesAreThoseOfItsStamps) {
+    VideoFile video("even.avi", 10.0);
+    for (int number = 1; number < 6; ++number)
+        video.add(imageOf(frame(number)));
+    video.finish();
+    std::string bytes = contentOf("even.avi");
+    bytes.replace(bytes.rfind("idx1"), 4, "JUNK");  // by which the frames would be found
+    const std::string chunk("00dc");
+    const std::size_t second = bytes.find(chunk, bytes.find(chunk, bytes.find("movi")) + 4);
+    writeFile("gap.avi", bytes.insert(second, chunk + std::string(4, '\0')));  // a frame that was dropped
+    EXPECT_THAT(readAll(*FrameSource::open("gap.avi")).times,
+                testing::Pointwise(testing::DoubleNear(1e-6), {0.0, 0.2, 0.3, 0.4, 0.5}));
 }
 
 TEST_F(VideoTest, WithoutSensibleStampsTheTimeIsByTheFrameRate) {
@@ -143,7 +163,7 @@ TEST_F(VideoTest, AnInputThatCannotBeUsedIsRefusedWithTheReason) {
     EXPECT_EQ(refusal("pipe"), "pipe is neither a directory nor a regular file");
     captureStderr([] { EXPECT_EQ(refusal("text.mp4"), "cannot decode the video text.mp4"); });
     captureStderr([] { EXPECT_THROW(FrameSource::openCamera(77), std::runtime_error); });
-    for (const double rate : {0.0, -1.0, std::nan("")})
+    for (const double rate : {0.0, -1.0, std::nan(""), HUGE_VAL})
         EXPECT_DEATH(FrameSource::open(".", rate), "the rate is not above 0 and finite");
 }
 
@@ -155,7 +175,8 @@ TEST_F(VideoTest, AVideoThatIsNotWholeIsAnError) {
         video.finish();
         return true;
     };
-    EXPECT_TRUE(write("whole.avi"));
+    for (int i = 0; i < 2; ++i)  // the second replaces the first
+        EXPECT_TRUE(write("whole.avi"));
     expectFailureOnAFullDisk("a video", [&]() -> bool {
         try {
             return write("cut.avi");
@@ -168,16 +189,21 @@ TEST_F(VideoTest, AVideoThatIsNotWholeIsAnError) {
 
 TEST_F(VideoTest, SmallFramesAreWrittenAndOthersStop) {
     VideoFile video("small.avi", 25.0);
-    video.add(imageOf(frame(5, {3, 2})));
+    video.add(imageOf(cv::Mat(2, 3, CV_8UC3, cv::Scalar::all(100))));
     video.finish();
     Image read;
     ASSERT_TRUE(FrameSource::open("small.avi")->read(read));
     EXPECT_NEAR(matView(read).at<cv::Vec3b>(1, 2)[0], 100, 12);
+    EXPECT_NEAR(matView(read).at<cv::Vec3b>(15, 15)[0], 0, 12) << "the padding is black";
     EXPECT_DEATH(video.add(imageOf(frame(5, {3, 2}))), "the video is finished");
     EXPECT_THROW(VideoFile("none.avi", 25.0).finish(), std::runtime_error);
     EXPECT_THROW(VideoFile("video.mp4", 25.0), std::runtime_error);
     EXPECT_DEATH(VideoFile("x.avi", 25.0).add(imageOf(cv::Mat(20, 20, CV_8UC1))), "not 8-bit with 3 channels");
-    EXPECT_DEATH(VideoFile("x.avi", 0.0), "the frame rate is not above 0");
+    VideoFile sized("x.avi", 25.0);
+    sized.add(imageOf(frame(5)));
+    EXPECT_DEATH(sized.add(imageOf(frame(5, {64, 32}))), "as large as the first");
+    for (const double rate : {0.0, HUGE_VAL})
+        EXPECT_DEATH(VideoFile("x.avi", rate), "the frame rate is not above 0");
 }
 
 }  // namespace

@@ -102,6 +102,25 @@ TEST_F(KalmanFilterTest, TheCovarianceStaysSymmetricAndPositiveSemidefinite) {
     }
 }
 
+TEST_F(KalmanFilterTest, IsUnchangedWhenThePoseThrows) {
+    struct Limited : VectorPose {
+        using VectorPose::VectorPose;
+        Limited* clone() const override { return new Limited(*this); }
+        void setIncData(const Vector& data) override {
+            if (data[0] > 10.0)
+                throw std::domain_error("too far");
+            VectorPose::setIncData(data);
+        }
+    };
+    KalmanFilter limited(State(Limited(1), 2), all(1, 1.0), all(1, 1.0));
+    limited.state().setIncDataFromVector(all(1, 20.0), 1);
+    const std::vector<double> covariance = elementsOf(limited.covariance());
+    EXPECT_THROW(limited.predict(1.0), std::domain_error);
+    EXPECT_THROW(limited.correct(all(1, 99.0)), std::domain_error);
+    EXPECT_EQ(limited.state().getTimeStamp(), 0.0);
+    EXPECT_EQ(elementsOf(limited.covariance()), covariance);
+}
+
 TEST_F(KalmanFilterTest, AbortsOnBrokenContracts) {
     const State state = counting(2, 2);
     const Vector fine = Vector::of(1, 1);
@@ -154,12 +173,24 @@ TEST_F(ParticleFilterTest, ItsMeanIsTheKalmanFilters) {
         exact.predict(time);
         particles.predict(time);
         exact.correct(Vector::of(3, 4));
-        ASSERT_TRUE(particles.correct(gaussian));
-        EXPECT_EQ(particles.state().getTimeStamp(), time);
+        ASSERT_TRUE(particles.correct([](const State& state) { return 1e-300 * gaussian(state); })) << "any scale";
+        ASSERT_EQ(particles.state().getTimeStamp(), time);
         const Vector expected = vectorOf(exact.state()), mean = vectorOf(particles.state());
         for (unsigned int i = 0; i < 4; ++i)
-            EXPECT_NEAR(mean[i], expected[i], 0.2 * std::sqrt(exact.covariance()(i, i))) << i << " at " << time;
+            ASSERT_NEAR(mean[i], expected[i], 0.2 * std::sqrt(exact.covariance()(i, i))) << i << " at " << time;
     }
+}
+
+TEST_F(ParticleFilterTest, MovesByTheKalmanFiltersNoise) {
+    KalmanFilter exact(counting(1, 3), all(1, 2.0), all(1, 1.0));
+    ParticleFilter particles(counting(1, 3), 20000, all(3, 0.0), all(1, 2.0));
+    exact.covariance().fill(0.0);
+    exact.predict(0.5);
+    particles.predict(0.5);
+    const Eigen::MatrixXd centred =
+        eigenMap(particles.particles()).rowwise() - eigenMap(vectorOf(exact.state())).col(0).transpose();
+    const Eigen::MatrixXd ratios = (centred.transpose() * centred / 20000).cwiseQuotient(eigenMap(exact.covariance()));
+    EXPECT_TRUE(((ratios.array() - 1.0).abs() < 0.05).all()) << ratios;
 }
 
 TEST_F(ParticleFilterTest, TheSameSeedGivesTheSameOnOneThreadAndOnTwo) {

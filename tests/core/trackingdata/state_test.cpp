@@ -41,8 +41,9 @@ TEST_F(PoseTest, CopiesAndAssignmentsKeepBothFlags) {
         const std::unique_ptr<TestPose> copy(pose.clone());
         static_cast<Pose&>(assigned) = pose;
         for (const TestPose* other : {copy.get(), &assigned}) {
-            EXPECT_EQ(other->getUpdateFlag(), flag);
-            EXPECT_EQ(other->getUpdateIncFlag(), flag);
+            const char* const name = other == &assigned ? "assigned" : "copied";
+            EXPECT_EQ(other->getUpdateFlag(), flag) << name;
+            EXPECT_EQ(other->getUpdateIncFlag(), flag) << name;
         }
     }
 }
@@ -55,6 +56,7 @@ TEST(VectorPoseTest, DataAndIncrementalDataStayOneVectorInACopy) {
         each->setIncData(Vector::of(3, 4));
         each->getData(read);
         EXPECT_THAT(elementsOf(read), ElementsAre(3, 4));
+        EXPECT_EQ(&each->currentIncData(), &each->currentData());
         each->resetIncData();
         EXPECT_THAT(elementsOf(each->currentData()), ElementsAre(0, 0));
     }
