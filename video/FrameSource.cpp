@@ -11,6 +11,7 @@
 #include <cmath>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <limits>
 #include <stdexcept>
@@ -35,8 +36,6 @@ constexpr double MAX_RATE = 10'000.0;
 constexpr double MAX_STAMP = 1e8;
 /// A longer gap between two stamps of a file, in seconds, is a jump.
 constexpr double MAX_GAP = 60.0;
-/// Where the first stamp is later, in seconds, OpenCV may have counted frames from 0 on.
-constexpr double MAX_START = 0.5;
 
 /// The times of frames, from stamps that may be missing or jump.
 class Clock {
@@ -71,11 +70,16 @@ private:
 class Capture : public FrameSource {
 public:
     explicit Capture(const std::string& path) {
-        // Absolute: FFmpeg reads "x:" as a protocol.
-        if (!mCapture.open(fs::absolute(path), cv::CAP_FFMPEG))
+        // Absolute: FFmpeg reads "x:" as a protocol. It also makes pictures of text files.
+        if (!mCapture.open(fs::absolute(path), cv::CAP_FFMPEG) ||
+            mCapture.get(cv::CAP_PROP_FOURCC) == cv::VideoWriter::fourcc('a', 'n', 's', 'i'))
             throw std::runtime_error("cannot decode the video " + path);
+        char head[8] = "";
+        std::ifstream(path, std::ios::binary).read(head, sizeof head);
+        const std::string riff(head, 4), atom(head + 4, 4);
+        mStatesCount = riff == "RIFF" || atom == "ftyp" || atom == "moov" || atom == "mdat" || atom == "wide";
     }
-    explicit Capture(int camera) : mIsCamera(true), mIsCountKnown(false) {
+    explicit Capture(int camera) : mIsCamera(true) {
         if (!mCapture.open(camera, cv::CAP_V4L2))
             throw std::runtime_error("cannot open camera " + std::to_string(camera));
     }
@@ -91,7 +95,6 @@ public:
         const double maxGap =
             mIsCamera ? std::numeric_limits<double>::infinity() : std::max(MAX_GAP, 10.0 / frameRate());
         mClock.tick(stamp, frameRate(), maxGap);
-        mIsCountKnown = mIsCountKnown && (mNumber >= 0 || stamp <= MAX_START);
         if (frame.width() != mDecoded.cols || frame.height() != mDecoded.rows ||
             frame.channels() != Image::CHANNELS_BGR || frame.nofChannels() != 3 ||
             frame.bitsPerChannel() != Image::BITS_8U)
@@ -106,13 +109,13 @@ public:
         return rate > 0.0 && rate <= MAX_RATE ? rate : DEFAULT_RATE;
     }
     int frameCount() const override {
-        const double count = mIsCountKnown ? mCapture.get(cv::CAP_PROP_FRAME_COUNT) : 0.0;
+        const double count = mStatesCount ? mCapture.get(cv::CAP_PROP_FRAME_COUNT) : 0.0;
         return count > 0.0 && count <= std::numeric_limits<int>::max() ? static_cast<int>(count) : 0;
     }
 
 private:
     bool mIsCamera = false;
-    bool mIsCountKnown = true;
+    bool mStatesCount = false;  ///< as AVI and QuickTime files do; of others OpenCV has an estimate
     std::chrono::steady_clock::time_point mStart = std::chrono::steady_clock::now();
     Clock mClock;
     cv::VideoCapture mCapture;

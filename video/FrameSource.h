@@ -43,7 +43,8 @@ public:
     /// Frames per second, on average in a video whose frames are not evenly spaced. 25 if the input states no plausible
     /// rate.
     virtual double frameRate() const = 0;
-    /// The number of frames according to the input, which a container may only estimate; 0 if it is unknown.
+    /// The number of frames that the input states: a directory, or a file in AVI or in MP4 and its relatives. 0 for
+    /// others.
     virtual int frameCount() const = 0;
 
     /// The number of the frame read last, counted from 0; -1 before the first.

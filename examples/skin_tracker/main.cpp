@@ -121,15 +121,13 @@ double track(const Options& options, FrameSource& source, Recorder& recorder) {
     Annotation annotation;
     Progress progress(options.frames > 0 && expected > 0 ? std::min(options.frames, expected) : expected);
     Image frame;
-    double longestGap = 1.0 / source.frameRate();
     int decoded = 0;
     bool isEscaped = false;
     const auto isDone = [&] {
         return isEscaped || interruption != 0 || (options.frames > 0 && recorder.frames() == options.frames);
     };
-    for (double last = 0.0; !isDone() && source.read(frame); last = source.time()) {
+    while (!isDone() && source.read(frame)) {
         ++decoded;
-        longestGap = std::max(longestGap, source.time() - last);
         if (source.number() % options.step != 0)
             continue;
         tracker.process(frame, source.time());
@@ -143,11 +141,8 @@ double track(const Options& options, FrameSource& source, Recorder& recorder) {
     }
     if (recorder.frames() == 0 && interruption == 0)
         throw std::runtime_error("no frame of the input can be decoded");
-    // Containers estimate the count where frames are not evenly spaced; what counts is whether the end was reached.
-    const int stated = source.frameCount();
-    const bool isCut = source.number() + 1 < stated && source.time() + longestGap < (stated - 0.5) / source.frameRate();
-    if (!isDone() && isCut)
-        std::cerr << cv::format("skin_tracker: the input has %d frames, %d could be decoded\n", stated, decoded);
+    if (!isDone() && decoded < count)
+        std::cerr << cv::format("skin_tracker: the input has %d frames, %d could be decoded\n", count, decoded);
     return progress.framesPerSecond();
 }
 

@@ -157,11 +157,13 @@ TEST_F(VideoTest, WithoutSensibleStampsTheTimeIsByTheFrameRate) {
 TEST_F(VideoTest, AnInputThatCannotBeUsedIsRefusedWithTheReason) {
     std::filesystem::create_directory("empty");
     writeFile("text.mp4", "no video");
+    writeFile("text.txt", std::string(2000, 'x'));
     mkfifo("pipe", 0600);
     EXPECT_EQ(refusal("missing"), "missing: No such file or directory");
     EXPECT_EQ(refusal("empty"), "there are no images in the directory empty");
     EXPECT_EQ(refusal("pipe"), "pipe is neither a directory nor a regular file");
-    captureStderr([] { EXPECT_EQ(refusal("text.mp4"), "cannot decode the video text.mp4"); });
+    for (const std::string text : {"text.mp4", "text.txt"})
+        captureStderr([&] { EXPECT_EQ(refusal(text), "cannot decode the video " + text); });
     captureStderr([] { EXPECT_THROW(FrameSource::openCamera(77), std::runtime_error); });
     for (const double rate : {0.0, -1.0, std::nan(""), HUGE_VAL})
         EXPECT_DEATH(FrameSource::open(".", rate), "the rate is not above 0 and finite");
