@@ -23,7 +23,7 @@ public:
             count = TEMP_FAILURE_RETRY(::write(mDescriptor, bytes + done, size - done));
         return count >= 0;
     }
-    /// Whether the file was open and everything written has reached the file system; errno is set otherwise.
+    /// Closes it. False, with errno set, if that fails; false if it is not open.
     bool close() noexcept {
         const int descriptor = mDescriptor;
         mDescriptor = -1;

@@ -18,7 +18,7 @@ public:
     SystemManager(const SystemManager&) = delete;
     SystemManager& operator=(const SystemManager&) = delete;
 
-    /// Creates another hidden window (it is off the screen when this returns) with the title @p title, makes its
+    /// Creates another hidden window (unmapped when this returns) with the title @p title, makes its
     /// context current, initialises GLEW and prints GLEW's version to standard output. The window has @p width x @p
     /// height pixels and its upper left corner at (@p posX, @p posY) on the screen; later calls use the first call's
     /// size and position. Windows are not destroyed.

@@ -30,9 +30,9 @@ using core::cvdata::Image;
 
 /// For inputs that state no rate: what most cameras deliver.
 constexpr double DEFAULT_RATE = 25.0;
-/// A rate above is a container's time base.
+/// Higher rates are taken for a container's time base.
 constexpr double MAX_RATE = 10'000.0;
-/// A stamp further from 0, in seconds, is none: FFmpeg's mark of a missing one, in whatever time base.
+/// Larger stamps, in seconds, are FFmpeg's mark of a missing one (AV_NOPTS_VALUE).
 constexpr double MAX_STAMP = 1e8;
 /// A longer gap between two stamps of a file, in seconds, is a jump.
 constexpr double MAX_GAP = 60.0;
@@ -89,15 +89,14 @@ public:
             return false;
         if (mDecoded.type() != CV_8UC3)
             throw std::runtime_error("the input has no 8-bit colour frames");
-        // A camera's clock is the time of arrival: who is slower than the camera misses frames.
+        // A camera's clock is the time of arrival: a slow reader misses frames.
         const std::chrono::duration<double> now = std::chrono::steady_clock::now() - mStart;
         const double stamp = mIsCamera ? now.count() : mCapture.get(cv::CAP_PROP_POS_MSEC) / 1000.0;
         const double maxGap =
             mIsCamera ? std::numeric_limits<double>::infinity() : std::max(MAX_GAP, 10.0 / frameRate());
         mClock.tick(stamp, frameRate(), maxGap);
-        if (frame.width() != mDecoded.cols || frame.height() != mDecoded.rows ||
-            frame.channels() != Image::CHANNELS_BGR || frame.nofChannels() != 3 ||
-            frame.bitsPerChannel() != Image::BITS_8U)
+        if (frame.channels() != Image::CHANNELS_BGR || frame.bitsPerChannel() != Image::BITS_8U ||
+            matView(frame).type() != CV_8UC3 || matView(frame).size() != mDecoded.size())
             frame = Image(mDecoded.cols, mDecoded.rows, Image::CHANNELS_BGR, Image::BITS_8U);
         mDecoded.copyTo(matView(frame));
         ++mNumber;
@@ -122,7 +121,7 @@ private:
     cv::Mat mDecoded;
 };
 
-/// What sorts names in natural order: numbers without leading zeros, their lengths before them.
+/// The key that sorts a name in natural order: numbers without leading zeros, their lengths before them.
 std::string naturalKey(const std::string& name) {
     std::string key;
     for (std::size_t i = 0; i < name.size();) {

@@ -11,9 +11,9 @@ namespace tarvos::video {
 
 /// The frames of a video file, a directory of images or a camera, one after the other.
 ///
-/// All frames are 8-bit BGR and of one size. Images of a directory that cannot be read, or differ in size from the
-/// first, are named on standard error and skipped; they leave a gap in number() and time(). An input that cannot be
-/// used at all throws `std::runtime_error` with the reason, or the file system's own error.
+/// All frames are 8-bit BGR, and of one size unless a video changes its own. Images of a directory that cannot be read,
+/// or differ in size from the first, are named on standard error and skipped; they leave a gap in number() and time().
+/// An input that cannot be used at all throws `std::runtime_error` with the reason, or the file system's own error.
 ///
 /// OpenCV and FFmpeg may write messages of their own; an application that does not want them sets their log levels.
 ///
@@ -36,9 +36,9 @@ public:
     /// where the next frame cannot be decoded or the camera delivers none. (A video that was cut ends so: number() + 1
     /// is then below frameCount().) Throws `std::runtime_error` if the frames are not 8-bit colour.
     virtual bool read(core::cvdata::Image& frame) = 0;
-    /// The time of the frame read last, in seconds since the first; it always increases. Of a video by its own time
-    /// stamps, which need not be evenly spaced (where they are missing or make no sense, by the frame rate); of a
-    /// directory by the rate; of a camera when the frame arrived. 0 before the first.
+    /// The time of the frame read last, in seconds since the first; it always increases, from 0 before the first. For a
+    /// video, by its own time stamps, which need not be evenly spaced (by the frame rate where they are missing or
+    /// implausible); for a directory, by the rate; for a camera, when the frame arrived.
     virtual double time() const = 0;
     /// Frames per second, on average in a video whose frames are not evenly spaced. 25 if the input states no plausible
     /// rate.

@@ -28,8 +28,9 @@ VideoFile::VideoFile(const std::string& path, double frameRate)
 void VideoFile::add(const core::cvdata::Image& frame) {
     TARVOS_REQUIRE(!mIsFinished && "VideoFile: the video is finished.");
     const cv::Mat pixels = matView(frame);
-    TARVOS_REQUIRE((pixels.type() == CV_8UC3 && !pixels.empty() && (mFrames == 0 || pixels.size() == mSize)) &&
-                   "VideoFile: the frame is not 8-bit with 3 channels and as large as the first.");
+    TARVOS_REQUIRE((pixels.type() == CV_8UC3 && frame.channels() == core::cvdata::Image::CHANNELS_BGR &&
+                    !pixels.empty() && (mFrames == 0 || pixels.size() == mSize)) &&
+                   "VideoFile: the frame is not 8-bit BGR and as large as the first.");
     mSize = pixels.size();
     const cv::Rect picture(0, 0, std::max(mSize.width, MIN_EXTENT), std::max(mSize.height, MIN_EXTENT));
     const int codec = cv::VideoWriter::fourcc('M', 'J', 'P', 'G');

@@ -25,7 +25,7 @@ public:
     VideoFile& operator=(const VideoFile&) = delete;
 
     /// Appends @p frame, in BGR. Throws `std::runtime_error` if the file cannot be created; a disk that is full later
-    /// shows in finish(). Aborts unless the frame is 8-bit, of 3 channels and as large as the first, and after
+    /// shows in finish(). Aborts unless the frame is 8-bit CHANNELS_BGR and as large as the first, and after
     /// finish(). Frames under 16 pixels in a direction are padded with black; the video is then larger than the frame.
     void add(const core::cvdata::Image& frame);
     /// Completes the file and decodes it again. Throws `std::runtime_error` unless every frame is there, on a full disk

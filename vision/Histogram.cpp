@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 namespace tarvos::vision {
@@ -25,7 +26,8 @@ std::array<unsigned char, 3> binsOf(const ColourHist2d& histogram) {
 class Indices {
 public:
     Indices(const ColourHist2d& histogram, const cv::Mat& pixels, const ChannelLimits& limits) {
-        TARVOS_REQUIRE((pixels.type() == CV_8UC3 || pixels.empty()) && "Histogram: the pixels are not CV_8UC3.");
+        TARVOS_REQUIRE((pixels.empty() || (pixels.type() == CV_8UC3 && pixels.dims == 2)) &&
+                       "Histogram: the pixels are not CV_8UC3.");
         TARVOS_REQUIRE((*std::min_element(limits.begin(), limits.end()) > 0) && "Histogram: a limit is not above 0.");
         const auto bins = binsOf(histogram);
         const std::int32_t strides[] = {bins[1] * bins[2], bins[2], 1};
@@ -71,6 +73,7 @@ void addPixels(ColourHist2d& histogram, const cv::Mat& pixels, const cv::Mat& ma
 }
 
 void normalize(ColourHist2d& histogram) {
+    binsOf(histogram);  // checks the shape
     auto entries = math::eigenMap(histogram.data()).array();
     const double sum = entries.sum();
     if (sum != 0.0)
@@ -85,7 +88,7 @@ double bhattacharyyaDistance(const ColourHist2d& a, const ColourHist2d& b) {
     const double sumA = entriesA.sum(), sumB = entriesB.sum();
     TARVOS_REQUIRE((entriesA.minCoeff() >= 0.0 && entriesB.minCoeff() >= 0.0 && !std::isnan(sumA + sumB)) &&
                    "Histogram: an entry is negative or not a number.");
-    if (sumA == 0.0 || sumB == 0.0)
+    if (std::min(sumA, sumB) < std::numeric_limits<double>::min())  // whose reciprocal may be infinite
         return 1.0;
     const double coefficient = (entriesA * (1.0 / sumA) * (entriesB * (1.0 / sumB))).sqrt().sum();
     return std::sqrt(std::max(1.0 - coefficient, 0.0));

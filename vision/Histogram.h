@@ -15,8 +15,8 @@ namespace tarvos::vision {
 ///
 /// A channel's value v falls into bin v x bins / limit, in whole numbers; a value that is not below its limit is not
 /// counted. The entry of bins (b1, b2, b3) is element `(b1 * bins2 + b2) * bins3 + b3` of the histogram's data, the
-/// order of OpenCV's `calcHist`. Pixels of another type, a mask of another type or size, a limit below 1 and a
-/// histogram whose data does not have its shape abort.
+/// order of OpenCV's `calcHist`. The functions abort for pixels of another type, a mask of another type or size, a
+/// limit below 1 and a histogram whose data does not have its shape.
 ///
 /// @snippet vision.cpp histogram
 
@@ -30,8 +30,7 @@ inline constexpr ChannelLimits BGR_LIMITS{256, 256, 256};
 /// @ingroup vision
 inline constexpr ChannelLimits HSV_LIMITS{180, 256, 256};
 
-/// Adds 1 to the entry of each of the @p pixels, of those only where @p mask (CV_8UC1, of their size) is not 0. An
-/// empty mask stands for all of them.
+/// Counts the @p pixels, each in its entry; with a @p mask (CV_8UC1, of their size), only those where it is not 0.
 /// @ingroup vision
 TARVOS_CORE_EXPORT void addPixels(core::cvdata::ColourHist2d& histogram, const cv::Mat& pixels,
                                   const cv::Mat& mask = {}, const ChannelLimits& limits = BGR_LIMITS);
@@ -47,8 +46,8 @@ TARVOS_CORE_EXPORT void normalize(core::cvdata::ColourHist2d& histogram);
 TARVOS_CORE_EXPORT double bhattacharyyaDistance(const core::cvdata::ColourHist2d& a,
                                                 const core::cvdata::ColourHist2d& b);
 
-/// For each of the @p pixels its entry in @p histogram, scaled so that the largest entry is 255 and rounded (CV_8UC1,
-/// of their size). 0 for colours that are not counted, and everywhere for a zero histogram.
+/// The entry of each of the @p pixels in @p histogram, scaled so that the largest entry is 255 and rounded (CV_8UC1, of
+/// their size). 0 for colours that are not counted, and everywhere for a zero histogram.
 /// @ingroup vision
 TARVOS_CORE_EXPORT cv::Mat backProject(const core::cvdata::ColourHist2d& histogram, const cv::Mat& pixels,
                                        const ChannelLimits& limits = BGR_LIMITS);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace tarvos::vision {
 
@@ -29,7 +30,7 @@ void requirePositiveDefinite(const SquareMatrix& covariance) {
 
 Eigen::LLT<EigenMatrix> factorsOf(const EigenMatrix& covariance) {
     Eigen::LLT<EigenMatrix> factors(covariance);
-    TARVOS_REQUIRE((factors.info() == Eigen::Success) &&
+    TARVOS_REQUIRE((factors.info() == Eigen::Success && covariance.allFinite()) &&
                    "KalmanFilter: the state's covariance is not positive semidefinite.");
     return factors;
 }
@@ -42,7 +43,7 @@ KalmanFilter::KalmanFilter(const core::State& initial, const Vector& processDevi
     const int dof = initial.poseDoF();
     motion::requireDeviations("process", processDeviation, dof);
     motion::requireDeviations("measurement", measurementDeviation, dof);
-    TARVOS_REQUIRE((std::count(measurementDeviation.begin(), measurementDeviation.end(), 0.0) == 0) &&
+    TARVOS_REQUIRE((eigenMap(measurementDeviation).cwiseAbs2().array() > 0.0).all() &&
                    "KalmanFilter: a measurement deviation is 0.");
     mCovariance = SquareMatrix(static_cast<unsigned int>(initial.stateIncDimension()));
     mMeasurementCovariance = SquareMatrix(measurementDeviation.dimension());
@@ -65,7 +66,7 @@ void KalmanFilter::predict(double time) {
     for (int row = 0; row < order; ++row)
         for (int col = 0; col < order; ++col)
             covariance.block(row * dof, col * dof, dof, dof).diagonal() +=
-                motion::noise(dt, order, row, col) * eigenMap(mProcessDeviation).cwiseAbs2();
+                motion::processNoise(dt, order, row, col) * eigenMap(mProcessDeviation).cwiseAbs2();
     mState.setIncDataFromVector(vector, -1);
     mState.setTimeStamp(time);
     eigenMap(mCovariance) = (covariance + covariance.transpose()) / 2.0;
@@ -96,7 +97,7 @@ void KalmanFilter::update(const Vector& measurement, const math::Matrix* observa
                    "KalmanFilter: the measurement is not finite.");
     Vector vector = packed();
     auto x = eigenMap(vector);
-    const auto noise = eigenMap(covariance);
+    const auto measurementNoise = eigenMap(covariance);
     EigenMatrix posterior = eigenMap(mCovariance);
     EigenMatrix cross = posterior.topRows(dof);  // the covariance of what is measured and the state
     EigenMatrix innovation = cross.leftCols(dof);
@@ -107,18 +108,18 @@ void KalmanFilter::update(const Vector& measurement, const math::Matrix* observa
         innovation = cross.leftCols(dof) * h.transpose();
         predicted = h * predicted;
     }
-    innovation += noise;
+    innovation += measurementNoise;
     const EigenMatrix gain = factorsOf(innovation).solve(cross);  // transposed
     x.noalias() += gain.transpose() * (eigenMap(measurement) - predicted);
     posterior.noalias() -= cross.transpose() * gain;
-    // Measured much better than predicted, a difference would be rounding: what is left of the noise is exact.
+    // The rounding of this difference is relative to the prior: after a diffuse one it could exceed what is left. The
+    // margin keeps the posterior positive semidefinite, and what was measured is the same without a difference.
+    const double margin = 4.0 * static_cast<double>(posterior.rows()) * std::numeric_limits<double>::epsilon();
+    posterior.diagonal() += margin * eigenMap(mCovariance).diagonal();
     if (observation == nullptr) {
-        posterior.topRows(dof).noalias() = noise * gain;
+        posterior.topRows(dof).noalias() = measurementNoise * gain;
         const Eigen::Index rest = posterior.rows() - dof;
         posterior.bottomLeftCorner(rest, dof) = posterior.topRightCorner(dof, rest).transpose();
-    } else {
-        const EigenMatrix remaining = eigenMap(*observation) * posterior.topRows(dof) - noise * gain;
-        posterior.noalias() -= gain.transpose() * remaining;  // Joseph's form
     }
     mState.setIncDataFromVector(vector, -1);
     eigenMap(mCovariance) = (posterior + posterior.transpose()) / 2.0;

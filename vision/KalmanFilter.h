@@ -8,41 +8,41 @@
 namespace tarvos::vision {
 
 /// A Kalman filter over the incremental form of a State, with any pose and any number of derivatives: it predicts the
-/// pose and its derivatives to the time of a frame, and corrects them by what was measured there.
+/// pose and its derivatives to the time of a frame, and corrects them with what was measured at that time.
 ///
-/// The state moves by its Taylor series, over the real time between predictions. The derivative above the highest in
-/// the state is continuous white noise: the process deviation is the standard deviation by which the highest derivative
-/// drifts in one second (or whatever the unit of the time stamps is), one number for each degree of freedom. A
-/// prediction in two steps is thus the prediction in one, whatever the frame rate. Measurements are independent with
-/// normal errors.
+/// With velocity this is the constant-velocity model, with acceleration the constant-acceleration model, and so on,
+/// over the real time between predictions. The derivative above the highest in the state is continuous white noise: the
+/// process deviation is the standard deviation of the highest derivative's drift in one second (or whatever the unit of
+/// the time stamps is), one number for each degree of freedom. So two short predictions equal a long one, whatever the
+/// frame rate. Measurement errors are independent and Gaussian.
 ///
 /// The filter keeps no other state than state() and covariance(): what the user changes there is what the next step
 /// starts from.
 ///
 /// Aborts for: vectors and matrices of the wrong size; deviations that are negative or not finite; a measurement
 /// deviation of 0; a measurement that is not finite; a measurement covariance that is not symmetric and positive
-/// definite; a covariance() that is not positive semidefinite; a time before the state's. When an operation throws, for
-/// lack of memory or in the pose, the filter is unchanged. The cost of a step grows with the cube of
-/// stateIncDimension(); with 4 degrees of freedom and velocities it is one to two microseconds.
+/// definite; a covariance() of the pose that is not, even with the measurement's added; a time before the state's. When
+/// an operation throws, for lack of memory or in the pose, the filter is unchanged. The cost of a step grows with the
+/// cube of stateIncDimension(); with 4 degrees of freedom and velocities it is one to two microseconds.
 ///
 /// @snippet vision.cpp kalman
 /// @ingroup vision
 class TARVOS_CORE_EXPORT KalmanFilter {
 public:
-    /// Starts from @p initial. @p processDeviation (in the units of the highest derivative) and
-    /// @p measurementDeviation (in those of the pose) have poseDoF() elements. The initial
-    /// covariance is the measurement's for the pose and the squared process deviation for each derivative.
+    /// Starts from @p initial. @p processDeviation (units of the highest derivative per square root of a second) and
+    /// @p measurementDeviation (units of the pose) have poseDoF() elements. The initial covariance is the measurement's
+    /// for the pose and the squared process deviation for every derivative; set covariance() where that does not suit.
     KalmanFilter(const core::State& initial, const math::Vector& processDeviation,
                  const math::Vector& measurementDeviation);
 
     /// Moves the state on to @p time, which is not before the state's.
     void predict(double time);
-    /// Corrects the state by a @p measurement of the pose's incremental data, poseDoF() elements, with the measurement
-    /// deviation given at construction.
+    /// Corrects the state with a @p measurement of the pose's incremental data, poseDoF() elements, with the
+    /// measurement deviation given at construction.
     void correct(const math::Vector& measurement);
     /// The same with a @p covariance of this measurement, poseDoF() x poseDoF().
     void correct(const math::Vector& measurement, const math::SquareMatrix& covariance);
-    /// Corrects the state by a @p measurement of m elements that is @p observation (m x poseDoF()) times the pose's
+    /// Corrects the state with a @p measurement of m elements that is @p observation (m x poseDoF()) times the pose's
     /// incremental data, with a @p covariance of m x m.
     void correct(const math::Vector& measurement, const math::Matrix& observation,
                  const math::SquareMatrix& covariance);

@@ -23,7 +23,7 @@ constexpr int HUES = 180;
 constexpr int LEVELS = 256;
 /// Rows that a thread converts at a time, so that they are still in the cache when they are marked.
 constexpr int STRIP = 16;
-/// The share of its largest eigenvalue below which a covariance's smallest is rounding.
+/// A covariance whose eigenvalues have a smaller ratio is singular but for rounding.
 constexpr double MIN_EIGENVALUE = 1e-12;
 
 /// The squared Mahalanobis distances of @p values, a row each, from the mean of @p component.
@@ -50,7 +50,7 @@ cv::Mat skinColours(double deviations) {
     return marked;
 }
 
-/// A model of @p samples, the same for the same ones, whatever the thread's random numbers, which stay as they are.
+/// A model of @p samples, always the same: the thread's random numbers are replaced during the training.
 cv::Ptr<cv::ml::EM> trained(const cv::Mat& samples, int components) {
     const cv::Ptr<cv::ml::EM> model = cv::ml::EM::create();
     model->setClustersNumber(components);
@@ -115,8 +115,9 @@ cv::Mat skinMask(const cv::Mat& pixels, double deviations) {
 }
 
 ColorGMM fitMixture(const cv::Mat& samples, int components) {
-    TARVOS_REQUIRE((samples.dims <= 2 && samples.channels() == 1 && samples.cols <= 4 && components >= 1) &&
-                   "fitMixture: a sample is a row of 1 to 4 values, a mixture at least 1 component.");
+    TARVOS_REQUIRE(
+        (samples.dims <= 2 && samples.channels() == 1 && samples.cols >= 1 && samples.cols <= 4 && components >= 1) &&
+        "fitMixture: a sample is a row of 1 to 4 values, a mixture at least 1 component.");
     cv::Mat values;
     samples.convertTo(values, CV_64F);
     if (values.rows < components)

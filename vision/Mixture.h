@@ -14,7 +14,7 @@ namespace tarvos::vision {
 /// The probability density of each of the @p pixels under @p mixture (CV_32FC1, of their size): over their first
 /// channels, as many as the components have dimensions, of any depth. The components' mean, inverse covariance,
 /// determinant and weight are used as they are stored. 0 for a mixture without components. Aborts when the components
-/// differ in dimension, have none, or have fields of other sizes, when a determinant is not above 0, and when the
+/// differ in dimension, have dimension 0 or fields of other sizes, when a determinant is not above 0, and when the
 /// pixels have fewer channels.
 /// @ingroup vision
 TARVOS_CORE_EXPORT cv::Mat density(const core::cvdata::ColorGMM& mixture, const cv::Mat& pixels);
@@ -31,8 +31,8 @@ TARVOS_CORE_EXPORT cv::Mat skinMask(const cv::Mat& pixels, double deviations = 3
 /// filled. The same samples give the same mixture.
 ///
 /// Throws `std::runtime_error` when there are fewer samples than components, when one is not finite, when the samples,
-/// or those of a component, span no volume (all alike, or on a line), or when they are too large or too small for
-/// single precision. Aborts for a matrix of another shape and for fewer components than 1.
+/// or those of a component, have a singular covariance (all alike, or on a line), or when they are too large or too
+/// small for single precision. Aborts for a matrix of another shape and for fewer components than 1.
 /// @ingroup vision
 TARVOS_CORE_EXPORT core::cvdata::ColorGMM fitMixture(const cv::Mat& samples, int components);
 

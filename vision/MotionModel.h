@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
-/// What the filters share: a target whose derivative above the highest in its state is continuous white noise.
+/// The filters' motion model: the derivative above the highest of the state is continuous white noise.
 namespace tarvos::vision::motion {
 
 /// The time from @p state to @p time.
@@ -19,7 +19,7 @@ inline double timeTo(double time, const core::State& state) {
     return dt;
 }
 
-/// The incremental form of @p state, which is to have @p dimension elements.
+/// The incremental form of @p state. Aborts unless it has @p dimension elements.
 inline math::Vector vectorOf(const core::State& state, unsigned int dimension) {
     TARVOS_REQUIRE((static_cast<unsigned int>(state.stateIncDimension()) == dimension) &&
                    "Filter: the state or the covariance has changed its dimension.");
@@ -37,9 +37,9 @@ inline void requireDeviations(const char* name, const math::Vector& deviations, 
             "Filter: a deviation is missing, negative or not finite.");
 }
 
-/// dt^k / k!: what the derivative k orders higher contributes over the time @p dt.
-inline double taylor(double dt, int k) {
-    return k > 0 ? taylor(dt, k - 1) * dt / k : 1.0;
+/// dt^k / k!, the coefficient of the derivative k orders higher in the Taylor series over the time @p dt.
+inline double taylorCoefficient(double dt, int k) {
+    return k > 0 ? taylorCoefficient(dt, k - 1) * dt / k : 1.0;
 }
 
 /// Moves @p order blocks of rows, the pose's first, over the time @p dt.
@@ -48,15 +48,15 @@ void advance(double dt, int order, Rows&& rows) {
     const Eigen::Index dof = rows.rows() / order;
     for (int to = 0; to < order; ++to)
         for (int from = to + 1; from < order; ++from)  // which is still unchanged
-            rows.middleRows(to * dof, dof) += taylor(dt, from - to) * rows.middleRows(from * dof, dof);
+            rows.middleRows(to * dof, dof) += taylorCoefficient(dt, from - to) * rows.middleRows(from * dof, dof);
 }
 
 /// Element (@p row, @p col) of the covariance that white noise of intensity 1 adds to the blocks of one degree of
 /// freedom over the time @p dt (Bar-Shalom, Li and Kirubarajan, "Estimation with Applications to Tracking and
 /// Navigation", chapter 6).
-inline double noise(double dt, int order, int row, int col) {
+inline double processNoise(double dt, int order, int row, int col) {
     const int last = order - 1;
-    return taylor(dt, last - row) * taylor(dt, last - col) * dt / (2 * last + 1 - row - col);
+    return taylorCoefficient(dt, last - row) * taylorCoefficient(dt, last - col) * dt / (2 * last + 1 - row - col);
 }
 
 }  // namespace tarvos::vision::motion

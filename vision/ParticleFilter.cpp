@@ -19,8 +19,8 @@ using math::EigenMatrix;
 using math::Matrix;
 using math::Vector;
 
-/// How many parts of the particles each thread gets, so that one with a slow likelihood delays the others little.
-constexpr double PARTS_PER_THREAD = 4;
+/// Chunks of particles for each thread: several, to balance the load.
+constexpr double CHUNKS_PER_THREAD = 4;
 
 /// Numbers of the standard normal distribution.
 Matrix normalNumbers(unsigned int rows, unsigned int cols, cv::RNG& random) {
@@ -36,7 +36,7 @@ Vector meanOf(const Matrix& particles, const Vector& weights) {
     return mean;
 }
 
-/// As many particles, each drawn about as often as its weight says: systematic resampling, from one random @p offset
+/// The same number of particles, drawn in proportion to their weights: systematic resampling, from one random @p offset
 /// below 1 (Kitagawa, "Monte Carlo Filter and Smoother for Non-Gaussian Nonlinear State Space Models", 1996).
 Matrix resampled(const Matrix& particles, const Vector& weights, double offset) {
     Matrix chosen(particles.rows(), particles.cols());
@@ -82,7 +82,7 @@ void ParticleFilter::predict(double time) {
         const Matrix numbers = normalNumbers(moved.rows(), moved.cols(), random);
         // The noise of a degree of freedom is correlated over the blocks: a factor of its covariance makes it so.
         const EigenMatrix covariance = EigenMatrix::NullaryExpr(order, order, [&](Eigen::Index row, Eigen::Index col) {
-            return motion::noise(dt, order, static_cast<int>(row), static_cast<int>(col));
+            return motion::processNoise(dt, order, static_cast<int>(row), static_cast<int>(col));
         });
         const EigenMatrix factor = covariance.llt().matrixL();
         for (int row = 0; row < order; ++row)
@@ -110,7 +110,7 @@ bool ParticleFilter::correct(const std::function<double(const State&)>& likeliho
                            "ParticleFilter: a likelihood is negative or not finite.");
         }
     };
-    cv::parallel_for_(cv::Range(0, static_cast<int>(weights.rows())), weigh, PARTS_PER_THREAD * cv::getNumThreads());
+    cv::parallel_for_(cv::Range(0, static_cast<int>(weights.rows())), weigh, CHUNKS_PER_THREAD * cv::getNumThreads());
     auto shares = eigenMap(weights).array();
     const double largest = shares.maxCoeff();
     if (largest == 0.0)

@@ -16,7 +16,8 @@ namespace tarvos::vision {
 /// box.
 ///
 /// The likelihood of a particle is asked for by several threads at once (`cv::parallel_for_`; `cv::setNumThreads(1)`
-/// makes it one), each with a State of its own. The same seed gives the same particles whatever the number of threads.
+/// makes it one), each with a State of its own, for which the pose's clone() is called by them too. The same seed gives
+/// the same particles whatever the number of threads.
 ///
 /// Aborts for: vectors of the wrong size; deviations that are negative or not finite; no particles; a time before the
 /// state's; no likelihood, or one that returns a number that is negative or not finite. More particles than memory can
@@ -39,12 +40,12 @@ public:
     /// likely; an exception of the likelihood passes through, and nothing is changed.
     bool correct(const std::function<double(const core::State&)>& likelihood);
 
-    /// The estimate: the weighted mean of the particles, element by element, at the time of the last prediction.
+    /// The estimate: the weighted mean of the particles, element by element, before the last correction resampled.
     const core::State& state() const { return mState; }
     /// How many equally weighted particles the estimate is worth: 1 / (sum of the squared weights), before the last
     /// correction resampled.
     double effectiveParticles() const { return mEffective; }
-    /// The particles' incremental forms: a row of stateIncDimension() elements each.
+    /// The particles' incremental forms, a row of stateIncDimension() elements each; after the last resampling, if any.
     const math::Matrix& particles() const { return mParticles; }
 
 private:

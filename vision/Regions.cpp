@@ -62,7 +62,8 @@ void Regions::traceOutline(const BlobInfo& region, VisContourSamplePts& outline)
 }
 
 const std::vector<cv::Point>& Regions::contourOf(const BlobInfo& region) const {
-    TARVOS_REQUIRE((region.mField1 >= 0 && static_cast<std::size_t>(region.mField1) < mContours.size()) &&
+    TARVOS_REQUIRE((region.mField1 >= 0 && static_cast<std::size_t>(region.mField1) < mContours.size() &&
+                    cv::boundingRect(mContours[static_cast<std::size_t>(region.mField1)]) == boxOf(region)) &&
                    "Regions: the region is not one of this object's.");
     return mContours[static_cast<std::size_t>(region.mField1)];
 }

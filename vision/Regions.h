@@ -9,11 +9,12 @@
 
 namespace tarvos::vision {
 
-/// The connected regions (8 neighbours) of a mask, their holes filled with whatever is in them, as a list of blobs.
+/// The connected regions (8 neighbours) of a mask as a list of blobs. A hole belongs to the region around it, with
+/// whatever is in the hole.
 ///
 /// In a record, `mBlock` is the region's box (x, y, width, height) and `mVector` the centre of that box (x, y), in
 /// pixels; `mField2` is its area in pixels, holes included, and `mField1` the index of its contour, by which maskOf()
-/// and traceOutline() find it: they abort for a record that is not this object's. The other fields are 0.
+/// and traceOutline() find it: they abort for a record with another object's index or box. The other fields are 0.
 ///
 /// @snippet vision.cpp regions
 /// @ingroup vision
@@ -32,9 +33,8 @@ public:
     const BlobInfo* largest() const;
     /// The pixels of one of the regions, 255 in a mask of a frame's @p size (CV_8UC1).
     cv::Mat maskOf(const BlobInfo& region, const cv::Size& size) const;
-    /// Samples the outline of one of the regions at every eighth pixel into @p outline, whose previous content goes:
-    /// `mVec4` of a point is its place (x, y, 0, 0), and each edge joins a point to the next, the last one to the
-    /// first.
+    /// Samples the outline of one of the regions at every eighth pixel into @p outline, replacing its content: `mVec4`
+    /// of a point is its place (x, y, 0, 0), and each edge joins a point to the next, the last one to the first.
     void traceOutline(const BlobInfo& region, core::cvdata::VisContourSamplePts& outline) const;
 
 private:

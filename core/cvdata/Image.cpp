@@ -103,10 +103,6 @@ Image::Image(const Image& image) : TimedData(REPR_IMAGE) {
     copyLastPadding(image);
 }
 
-Image::Image(Image&& image) noexcept : TimedData(image) {
-    swapPixels(image);
-}
-
 Image* Image::clone() const {
     TARVOS_REQUIRE(isHeaderInBuffer() && "Image: the source's description and its pixels are out of step.");
     auto copy = std::make_unique<Image>(iplImage());

@@ -37,7 +37,7 @@ public:
         CHANNELS_GRAY = 0,    ///< one channel
         CHANNELS_BGR = 1,     ///< blue, green, red: OpenCV's order
         CHANNELS_RGB = 2,     ///< red, green, blue
-        CHANNELS_RGBA = 3,    ///< four channels that do not start blue, green, red
+        CHANNELS_RGBA = 3,    ///< red, green, blue and a fourth; any four channels not marked as BGRA
         CHANNELS_BGRA = 4,    ///< blue, green, red and a fourth
         CHANNELS_OTHER_3 = 5  ///< another three-channel layout; no OpenCV header is read as this one
     };
@@ -59,12 +59,11 @@ public:
     /// is not a valid enumerator.
     Image(int width, int height, ColorChannels channels, BitsPerChannel bits);
     /// A copy of the pixels that @p image describes, with its stride and alignment. Region of interest and origin are
-    /// ignored. Unless the sequence of three channels starts with BG or R, they are taken as CHANNELS_BGR.
+    /// ignored. A three-channel header whose sequence starts neither with BG nor with R is read as CHANNELS_BGR.
     ///
-    /// Padding behind the last row is read only where the stride is the one that OpenCV gives this width at the
-    /// header's alignment; elsewhere it is assumed to belong to a parent image, and is 0 in the copy. A part whose
-    /// stride happens to be that one (101 of 104 grey columns) cannot be told from a whole image: pass the `cv::Mat` to
-    /// `imageOf` of MatView.h instead.
+    /// The last row's padding is copied if the stride is the one that OpenCV would choose; otherwise the header may
+    /// describe a part of a larger image, and the padding is 0. A part that has that stride by chance (101 of 104 grey
+    /// columns) looks like a whole image: pass its `cv::Mat` to `imageOf` of MatView.h instead.
     ///
     /// Aborts when @p image is null, when it has rows but no data, when it has not 1, 3 or 4 channels, or when its
     /// depth is outside BitsPerChannel. Throws `cv::Exception` for a stride shorter than a row.
@@ -83,7 +82,7 @@ public:
     /// OpenCV chose it, the time stamp 0. Aborts when @p image has no header.
     Image(const Image& image);
     /// Takes over the buffer, header and time stamp of @p image, which becomes empty.
-    Image(Image&& image) noexcept;
+    Image(Image&& image) noexcept : TimedData(image) { swapPixels(image); }
 
     /// A new image made from this image's header, owned by the caller; see `Image(const IplImage*)`. Aborts when this
     /// image has no header.
@@ -93,9 +92,10 @@ public:
     virtual int nofChannels() const { return mDescription.nofChannels; }
 
     /// Copies pixels, size, layout, depth and alignment; the time stamp stays. There is no move assignment. The stride
-    /// becomes that of an image made from a size. Between images of equal size, layout, depth and alignment the buffer
-    /// stays if it is large enough, so that frames are copied without an allocation; if the strides are equal as well,
-    /// the header keeps its region of interest, and the padding is copied (otherwise it is 0). The header always stays.
+    /// is recomputed as for an image made from a size. Between images of equal size, layout, depth and alignment the
+    /// buffer stays if it is large enough, so that frames are copied without an allocation; if the strides are equal as
+    /// well, the header keeps its region of interest, and the padding is copied (otherwise it is 0). The header always
+    /// stays.
     Image& operator=(const Image& image);
 
     /// True for an image without pixels: width() or height() is 0.

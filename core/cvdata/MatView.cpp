@@ -16,6 +16,13 @@ cv::Mat viewOf(const Image& image) {
     return cv::cvarrToMat(&whole);
 }
 
+/// A copy whose rows are packed.
+cv::Mat packed(const cv::Mat& pixels) try {
+    return pixels.clone();
+} catch (const cv::Exception&) {  // of a lack of memory
+    throw std::bad_alloc();
+}
+
 }  // namespace
 
 cv::Mat matView(Image& image) {
@@ -30,7 +37,7 @@ const cv::Mat matView(const Image& image) {
 }
 
 cv::Mat matCopy(const Image& image) {
-    return viewOf(image).clone();  // which copies row by row
+    return packed(viewOf(image));
 }
 
 Image imageOf(const cv::Mat& pixels) {
@@ -44,8 +51,8 @@ Image imageOf(const cv::Mat& pixels) {
     if (pixels.total() > std::numeric_limits<int>::max() / pixels.elemSize())
         throw std::bad_array_new_length();
     const bool isPart = pixels.step[0] != pixels.elemSize() * static_cast<std::size_t>(pixels.cols);
-    const cv::Mat packed = isPart ? pixels.clone() : pixels;  // the ROI's row gap is parent data
-    const IplImage header = cvIplImage(packed);
+    const cv::Mat own = isPart ? packed(pixels) : pixels;  // the ROI's row gap is parent data
+    const IplImage header = cvIplImage(own);
     return {&header};
 }
 

@@ -30,7 +30,8 @@ TiledImage& TiledImage::operator=(const TiledImage& image) {
     if (this == &image)
         return *this;
     TiledImage copy(image);
-    copy.setChannels(channels());  // which an unknown channel sequence leaves
+    if (nofChannels() == copy.nofChannels())
+        copy.setChannels(channels());  // which an unknown channel sequence leaves
     copy.updateFromOpencvHeader(image.iplImage());
     copy.updateOpencvHeader();
     swapPixels(copy);

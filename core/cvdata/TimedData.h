@@ -5,16 +5,12 @@
 namespace tarvos::core::cvdata {
 
 /// Vision data with a time stamp. The library gives the stamp no unit and no epoch and never sets it: the code that
-/// produces the data does.
+/// produces the data does. Copies take it over, and assignments, which also check the tags.
 /// @ingroup images
 class TARVOS_CORE_EXPORT TimedData : public CvData {
 public:
     /// Starts at time stamp 0.
     explicit TimedData(DataReprType type) noexcept : CvData(type) {}
-    /// Copies the tag and the time stamp.
-    TimedData(const TimedData& data) noexcept = default;
-    /// Member-wise: checks the tags and copies the time stamp, nothing of a derived class.
-    TimedData& operator=(const TimedData& data) = default;
 
     /// Sets the time stamp, in whatever unit the application uses.
     void setTimeStamp(long timeStamp) noexcept { mTimeStamp = timeStamp; }

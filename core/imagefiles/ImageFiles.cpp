@@ -34,7 +34,7 @@ void* openModule() {
         return nullptr;
     const fs::path library = fs::path(origin) / fs::path(info.dli_fname).filename();
     std::error_code ignored;
-    for (const fs::path& path : {library, fs::canonical(library, ignored)})
+    for (const fs::path& path : {library, fs::weakly_canonical(library, ignored)})
         if (void* module = dlopen((path.parent_path() / TARVOS_IMAGE_FILES).c_str(), RTLD_NOW | RTLD_LOCAL))
             return module;
     return nullptr;
@@ -54,7 +54,7 @@ const Module* module() {
     if (functions == nullptr && !reasonPrinted.test_and_set()) {
         const char* reason = dlerror();
         report(std::cerr, std::string("ERROR: Image files can neither be loaded nor saved: ") +
-                              (reason != nullptr ? reason : "the module has no codecs"));
+                              (reason != nullptr ? reason : "the module cannot be found"));
     }
     return openedModule = static_cast<const Module*>(functions);
 }
@@ -78,7 +78,7 @@ bool isEncodedInMemory(const std::string& ending) {
                        [&](const char* known) { return strcasecmp(known, ending.c_str()) == 0; });
 }
 
-/// Writes a temporary file and renames it to @p path; removes it on failure, of which the reason is returned. All names
+/// Writes a temporary file and renames it to @p path; removes it on failure and returns the reason. All names
 /// are relative to the directory, so that the temporary one may be longer than the file's own.
 std::string replaceFile(const fs::path& path, const std::vector<unsigned char>& bytes) {
     const std::string name = path.filename();
@@ -89,7 +89,7 @@ std::string replaceFile(const fs::path& path, const std::vector<unsigned char>& 
     struct stat replaced {};
     const bool exists = fstatat(folder.get(), name.c_str(), &replaced, 0) == 0;
     if (exists && !S_ISREG(replaced.st_mode))
-        return "there is something else than a regular file";
+        return "the name belongs to something other than a regular file";
     static std::atomic<unsigned int> serial{0};
     std::string part;
     int created = -1;
@@ -100,7 +100,10 @@ std::string replaceFile(const fs::path& path, const std::vector<unsigned char>& 
     FileDescriptor file(created);
     if (created < 0)
         return std::generic_category().message(errno);
-    if ((!exists || fchmod(created, replaced.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO)) == 0) &&
+    // Without the group that may read the file, no group may.
+    const bool hasGroup = exists && fchown(created, static_cast<uid_t>(-1), replaced.st_gid) == 0;
+    const mode_t mode = replaced.st_mode & (S_IRWXU | S_IRWXO | (hasGroup ? S_IRWXG : 0U));
+    if ((!exists || fchmod(created, mode) == 0) &&
         file.write(reinterpret_cast<const char*>(bytes.data()), bytes.size()) && file.close() &&
         renameat(folder.get(), part.c_str(), folder.get(), name.c_str()) == 0)
         return "";

@@ -20,7 +20,7 @@ namespace tarvos::core::parser {
 ///
 /// The flag "help" is always registered. Words that match no name are ignored; unknownWords() has those that began with
 /// "-". An option takes its next word whatever it is, also one with a "-"; if it is given twice, the last one counts.
-/// Of records that were registered under one name, all are set and the first is read, flags first.
+/// If a name is registered several times, parse() sets all of them, and the first flag, else option, is read.
 /// @ingroup utilities
 class TARVOS_CORE_EXPORT CmdLineParser {
 public:

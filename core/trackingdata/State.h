@@ -53,7 +53,7 @@ public:
     int poseDimension() const { return mPose->dimension(); }
     /// F: elements of the pose's incremental data and of each block.
     int poseDoF() const { return mPose->dof(); }
-    /// The number of blocks plus one.
+    /// The number of parts: 1 for the pose alone, 2 with velocity. The highest valid `order` is one less.
     int getMaxOrder() const { return static_cast<int>(mDerivatives.size()) + 1; }
     /// Elements of the data form: D + n F.
     int stateDimension() const { return poseDimension() + derivativesDimension(); }
@@ -71,7 +71,7 @@ public:
     const math::Vector& derivative(int order) const;
 
     /// Writes @p stateData to the state. Order -1: stateDimension() elements. Other orders: poseDimension() elements,
-    /// of which a block takes the first min(D, F).
+    /// of which a derivative block takes the first min(D, F).
     void setDataFromVector(const math::Vector& stateData, int order);
     /// Writes @p stateIncData to the state. Order -1: stateIncDimension() elements. Other orders: poseDoF() elements.
     void setIncDataFromVector(const math::Vector& stateIncData, int order);

@@ -25,7 +25,7 @@ public:
     static bool mkdir(std::string path);
     /// Removes a file, a link, or a directory with everything below it. Symlinks are removed, never followed, not even
     /// one with a slash after its name. True, even if there was nothing to remove. Throws Exception, also for "." and
-    /// ".." and for a tree deeper than the process may open files, of which a part may be gone.
+    /// ".." and for a tree deeper than the limit of open files, a part of which may then be gone.
     static bool rm(std::string path);
     /// Whether there is anything at @p path, links followed. Throws the file system's error when that is unknown.
     static bool exists(std::string path);

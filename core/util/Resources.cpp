@@ -46,6 +46,8 @@ Resources::Resources(std::string dataDirPath, std::string appName) : mDataDirPat
 std::string Resources::findFile(std::string name) const {
     if (Filesystem::exists(name))
         return name;
+    if (name.empty() || mDataDirPath.empty())
+        return "";
     const std::string path = mDataDirPath + "/" + name;
     return Filesystem::exists(path) ? path : "";
 }

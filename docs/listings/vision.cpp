@@ -56,10 +56,10 @@ int main() {
     //! [kalman]
     State state(VectorPose(2), 2);  // x and y in pixels, and their velocities
     state.setPoseData(Vector::of(130, 100));
-    KalmanFilter filter(state,
-                        Vector::of(200, 200),  // pixels a second, by which velocities drift in one
-                        Vector::of(2, 2));     // pixels, by which measurements err
-    filter.predict(0.04);                      // seconds
+    KalmanFilter filter(
+        state, Vector::of(200, 200),  // pixels a second: how far a velocity drifts in one second
+        Vector::of(2, 2));            // pixels, by which measurements err
+    filter.predict(0.04);             // seconds
     if (filter.mahalanobisDistance(Vector::of(131, 100)) < 3.0)
         filter.correct(Vector::of(131, 100));
     std::cout << filter.state() << " +- " << std::sqrt(filter.covariance()(0, 0)) << std::endl;

@@ -8,6 +8,11 @@
 
 #include <tarvos/core/util/Filesystem.h>
 #include <tarvos/core/util/Resources.h>
+#ifdef TARVOS_WITH_VISION
+#include <tarvos/vision/Histogram.h>
+#include <tarvos/vision/KalmanFilter.h>
+#include <tarvos/vision/ParticleFilter.h>
+#endif
 
 #include <cerrno>
 #include <cstdlib>
@@ -130,6 +135,41 @@ void sweepFiles(Operation operation) {
     });
 }
 
+#ifdef TARVOS_WITH_VISION
+/// The same for the state of a filter and for @p more of it.
+template <typename Filter, typename Operation, typename More>
+void sweepFilter(const Filter& filter, Operation operation, More more) {
+    const Members before = members(filter.state());
+    const std::vector<double> moreBefore(more(filter).begin(), more(filter).end());
+    sweep([&] { return filter; }, operation,
+          [&](const Filter& target, long leaked) {
+              EXPECT_EQ(difference(target.state(), before), "");
+              EXPECT_TRUE(std::equal(more(target).begin(), more(target).end(), moreBefore.begin(), moreBefore.end()));
+              EXPECT_EQ(leaked, 0) << "blocks";
+          });
+}
+
+Vector tens(unsigned int count) {
+    Vector vector(count);
+    vector.fill(10.0);
+    return vector;
+}
+
+template <typename Operation>
+void sweepKalmanFilter(Operation operation) {
+    const tarvos::vision::KalmanFilter filter(makeChanged<State>(2), tens(12), tens(12));
+    sweepFilter(
+        filter, operation, [](const auto& target) -> auto& { return target.covariance(); });
+}
+
+template <typename Operation>
+void sweepParticleFilter(Operation operation) {
+    const tarvos::vision::ParticleFilter filter(makeChanged<State>(2), 10, tens(36), tens(12));
+    sweepFilter(
+        filter, operation, [](const auto& target) -> auto& { return target.particles(); });
+}
+#endif
+
 using Operation = std::pair<std::string, void (*)()>;
 
 const Operation OPERATIONS[] = {
@@ -149,6 +189,23 @@ const Operation OPERATIONS[] = {
     {"FilesystemRm", [] { sweepFiles([](Image&) { return Filesystem::rm(LONG); }); }},
     {"FilesystemCp", [] { sweepFiles([](Image&) { return Filesystem::cp("image.ppm", LONG); }); }},
     {"ResourcesFindFile", [] { sweepFiles([](Image&) { return Resources(LONG, "app").findFile(LONG).empty(); }); }},
+#ifdef TARVOS_WITH_VISION
+    {"AddPixels",
+     [] {
+         const cv::Mat pixels(3, 4, CV_8UC3, cv::Scalar(1, 2, 3));
+         sweepOn<ColourHist2d>([&](ColourHist2d& bins) { tarvos::vision::addPixels(bins, pixels); });
+     }},
+    {"KalmanPredict", [] { sweepKalmanFilter([](auto& filter) { filter.predict(99.0); }); }},
+    {"KalmanCorrect", [] { sweepKalmanFilter([](auto& filter) { filter.correct(tens(12)); }); }},
+    {"ParticlesPredict", [] { sweepParticleFilter([](auto& filter) { filter.predict(99.0); }); }},
+    {"ParticlesCorrect",
+     [] {
+         cv::setNumThreads(1);
+         sweepParticleFilter(
+             [](auto& filter) { filter.correct([](const State& state) { return state.pose()->dof(); }); });
+         cv::setNumThreads(-1);
+     }},
+#endif
 #ifndef __SANITIZE_ADDRESS__  // which reports that OpenCV leaks a matrix whose header cannot be allocated
     {"ImageLoad", [] { sweepFiles([](Image&) { return !Image("image.ppm").empty(); }); }},
     {"ImageSave", [] { sweepFiles([](Image& image) { return image.save("image.ppm"); }); }},

@@ -200,7 +200,8 @@ TEST_F(VideoTest, SmallFramesAreWrittenAndOthersStop) {
     EXPECT_DEATH(video.add(imageOf(frame(5, {3, 2}))), "the video is finished");
     EXPECT_THROW(VideoFile("none.avi", 25.0).finish(), std::runtime_error);
     EXPECT_THROW(VideoFile("video.mp4", 25.0), std::runtime_error);
-    EXPECT_DEATH(VideoFile("x.avi", 25.0).add(imageOf(cv::Mat(20, 20, CV_8UC1))), "not 8-bit with 3 channels");
+    Image rgb(20, 20, Image::CHANNELS_RGB, Image::BITS_8U);
+    EXPECT_DEATH(VideoFile("x.avi", 25.0).add(rgb), "not 8-bit BGR");
     VideoFile sized("x.avi", 25.0);
     sized.add(imageOf(frame(5)));
     EXPECT_DEATH(sized.add(imageOf(frame(5, {64, 32}))), "as large as the first");

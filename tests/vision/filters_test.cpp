@@ -102,6 +102,21 @@ TEST_F(KalmanFilterTest, TheCovarianceStaysSymmetricAndPositiveSemidefinite) {
     }
 }
 
+TEST_F(KalmanFilterTest, ADiffusePriorGivesWayToTheMeasurements) {
+    for (const double variance : {1e12, 1e20}) {
+        KalmanFilter diffuse(State(VectorPose(1), 2), all(1, 0.01), all(1, 0.5));
+        diffuse.covariance()(1, 1) = variance;
+        for (int i = 1; i < 20; ++i) {
+            diffuse.predict(i);
+            diffuse.correct(all(1, 3.0 * i));
+            ASSERT_GT(diffuse.covariance()(1, 1), 0.0) << "after " << i << " measurements";
+        }
+        EXPECT_LT(diffuse.covariance()(0, 0), 0.25);
+        EXPECT_LT(diffuse.covariance()(1, 1), 0.01);
+        EXPECT_NEAR(diffuse.state().derivative(1)[0], 3.0, 0.1);
+    }
+}
+
 TEST_F(KalmanFilterTest, IsUnchangedWhenThePoseThrows) {
     struct Limited : VectorPose {
         using VectorPose::VectorPose;
@@ -148,8 +163,10 @@ TEST_F(KalmanFilterTest, AbortsOnBrokenContracts) {
     EXPECT_DEATH(filter.correct(fine, Matrix(3, 2), noise), "do not fit each other");
     EXPECT_DEATH(filter.correct(Vector(3), noise), "do not fit each other");
     EXPECT_DEATH(filter.mahalanobisDistance(Vector::of(1)), "with poseDoF\\(\\) elements");
-    filter.covariance()(0, 0) = -100.0;
-    EXPECT_DEATH(filter.mahalanobisDistance(fine), "state's covariance is not positive semidefinite");
+    for (const double wrong : {-100.0, NOT_A_NUMBER}) {
+        filter.covariance()(0, 0) = wrong;
+        EXPECT_DEATH(filter.mahalanobisDistance(fine), "state's covariance is not positive semidefinite");
+    }
     filter.covariance() = SquareMatrix(3);
     EXPECT_DEATH(filter.predict(1.0), "has changed its dimension");
 }

@@ -6,7 +6,6 @@
 #include <iostream>
 #include <iterator>
 #include <sstream>
-#include <string>
 #include <utility>
 
 namespace tarvos::core::cvdata {

@@ -15,10 +15,6 @@ class TARVOS_CORE_EXPORT VectorPose : public Pose {
 public:
     /// A pose of @p size elements, all zero. Aborts when @p size is negative.
     explicit VectorPose(int size) : Pose(size) {}
-    /// A copy of the vector.
-    VectorPose(const VectorPose& pose) = default;
-    /// Copies the vector. Aborts when the sizes differ.
-    VectorPose& operator=(const VectorPose& pose) = default;
     using Pose::operator=;
 
     VectorPose* clone() const override { return new VectorPose(*this); }

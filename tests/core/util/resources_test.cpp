@@ -37,6 +37,7 @@ TEST_F(ResourcesTest, ClimbsTheLadderInOrder) {
     const std::string first = directory.path() + "/first", last = directory.path() + "/last";
     expectFound("no/where", "Using given default data dir location:no/where", "no/where");
     expectFound("", "Data directory not found!");
+    EXPECT_EQ(Resources("", "app").findFile("etc/passwd"), "") << "not at the root";
     std::filesystem::create_directory("data");  // without the marker
     setenv("TARVOS", last.c_str(), 1);
     setenv("TARVOSDATADIR", first.c_str(), 1);
