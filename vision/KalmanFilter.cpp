@@ -30,7 +30,7 @@ void requirePositiveDefinite(const SquareMatrix& covariance) {
 
 Eigen::LLT<EigenMatrix> factorsOf(const EigenMatrix& covariance) {
     Eigen::LLT<EigenMatrix> factors(covariance);
-    TARVOS_REQUIRE((factors.info() == Eigen::Success && covariance.allFinite()) &&
+    TARVOS_REQUIRE((factors.info() == Eigen::Success && factors.matrixLLT().diagonal().allFinite()) &&
                    "KalmanFilter: the state's covariance is not positive semidefinite.");
     return factors;
 }
