@@ -136,11 +136,11 @@ std::string naturalKey(const std::string& name) {
     return key;
 }
 
-/// Whether a file is an image by the ending of its name.
+/// Whether a file is an image by the extension of its name.
 bool isImage(const fs::path& path) {
-    static const char* const ENDINGS[] = {".png", ".jpg", ".jpeg", ".bmp", ".ppm", ".pgm", ".tif", ".tiff", ".webp"};
-    return std::any_of(std::begin(ENDINGS), std::end(ENDINGS),
-                       [&](const char* ending) { return strcasecmp(ending, path.extension().c_str()) == 0; });
+    static const char* const EXTENSIONS[] = {".png", ".jpg", ".jpeg", ".bmp", ".ppm", ".pgm", ".tif", ".tiff", ".webp"};
+    return std::any_of(std::begin(EXTENSIONS), std::end(EXTENSIONS),
+                       [&](const char* extension) { return strcasecmp(extension, path.extension().c_str()) == 0; });
 }
 
 /// @p text with its control characters replaced, so that a name cannot pose as a line of its own.

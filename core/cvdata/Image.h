@@ -121,14 +121,13 @@ public:
     /// word: read and write `imageData` row by row, or take `matCopy(image)` of MatView.h.
     IplImage* iplImage() const noexcept { return mIplImage.get(); }
 
-    /// Writes the image to the file at @p path in the format of the path's ending: .png, .jpg, .jpeg, .jpe, .bmp, .dib,
+    /// Writes the image to the file at @p path in the format of its extension: .png, .jpg, .jpeg, .jpe, .bmp, .dib,
     /// .tif, .tiff, .webp, .pbm, .pgm, .ppm, .pnm, .pxm or .pam. The layout is converted to the file's channel order, a
     /// depth that the format lacks to 8 bits as OpenCV does. The file is written whole or not at all: it replaces a
     /// regular file (keeping its permissions, also while it is written) or a link of that name once it is complete.
     ///
     /// False, with "ERROR: Could not save image: ", the path and the reason on standard error, if that fails: an empty
-    /// image, an unknown ending, channels that OpenCV does not write in that format, a full disk. Throws nothing but
-    /// `std::bad_alloc`.
+    /// image, an unknown extension, channels that the format lacks, a full disk. Throws only `std::bad_alloc`.
     bool save(std::string path) const;
 
     /// Sets the number of channels that @p channels implies, but not the layout. Aborts when @p channels is

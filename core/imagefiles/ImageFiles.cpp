@@ -71,11 +71,11 @@ bool isReadable(const std::string& path) {
 }
 
 /// Whether OpenCV encodes the format in memory. It writes others to a temporary file without noticing a full disk.
-bool isEncodedInMemory(const std::string& ending) {
-    static const char* const ENDINGS[] = {".png",  ".jpg", ".jpeg", ".jpe", ".bmp", ".dib", ".tif", ".tiff",
-                                          ".webp", ".pbm", ".pgm",  ".ppm", ".pnm", ".pxm", ".pam"};
-    return std::any_of(std::begin(ENDINGS), std::end(ENDINGS),
-                       [&](const char* known) { return strcasecmp(known, ending.c_str()) == 0; });
+bool isEncodedInMemory(const std::string& extension) {
+    static const char* const KNOWN[] = {".png",  ".jpg", ".jpeg", ".jpe", ".bmp", ".dib", ".tif", ".tiff",
+                                        ".webp", ".pbm", ".pgm",  ".ppm", ".pnm", ".pxm", ".pam"};
+    return std::any_of(std::begin(KNOWN), std::end(KNOWN),
+                       [&](const char* each) { return strcasecmp(each, extension.c_str()) == 0; });
 }
 
 /// Writes a temporary file and renames it to @p path; removes it on failure and returns the reason. All names
@@ -132,12 +132,12 @@ cv::Mat read(const std::string& path) {
 }
 
 std::string write(const std::string& path, const cv::Mat& pixels, bool redFirst) {
-    const std::string ending = fs::path(path).extension();
+    const std::string extension = fs::path(path).extension();
     if (path.find('\0') != std::string::npos)
         return "the name contains a NUL byte";
-    if (!isEncodedInMemory(ending))
-        return ending.empty() ? "the name has no ending"
-                              : ending + " is not the ending of a format that can be written";
+    if (!isEncodedInMemory(extension))
+        return extension.empty() ? "the name has no extension"
+                                 : extension + " is not the extension of a format that can be written";
     const Module* functions = module();
     if (functions == nullptr)
         return "the codecs cannot be loaded";
@@ -146,9 +146,9 @@ std::string write(const std::string& path, const cv::Mat& pixels, bool redFirst)
         const int exchange[] = {0, 2, 2, 0};
         if (redFirst)
             cv::mixChannels(&pixels, 1, &blueFirst, 1, exchange, 2);
-        return functions->encode(blueFirst, ending);
+        return functions->encode(blueFirst, extension);
     });
-    return bytes.empty() ? "OpenCV does not write such pixels as " + ending : replaceFile(path, bytes);
+    return bytes.empty() ? "OpenCV does not write such pixels as " + extension : replaceFile(path, bytes);
 }
 
 }  // namespace tarvos::core::imagefiles

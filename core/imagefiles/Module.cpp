@@ -13,9 +13,9 @@ cv::Mat decode(const std::string& path) {
     return pixels.type() == CV_8UC3 ? pixels : cv::Mat();
 }
 
-std::vector<unsigned char> encode(const cv::Mat& pixels, const std::string& ending) {
+std::vector<unsigned char> encode(const cv::Mat& pixels, const std::string& extension) {
     std::vector<unsigned char> bytes;
-    cv::imencode(ending, pixels, bytes);
+    cv::imencode(extension, pixels, bytes);
     return bytes;
 }
 

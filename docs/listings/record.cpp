@@ -64,16 +64,22 @@ int main(int argc, char** argv) try {
 
         kalman.predict(source->time());
         const Regions regions(likely > 127, box.area() / 10.0);
+        const Regions::BlobInfo* nearest = nullptr;
+        double distance = 3.0;  // standard deviations: what is further away is not the object
         for (const Regions::BlobInfo& region : regions.blobs().mBlobs)
-            if (kalman.mahalanobisDistance(region.mVector) < 3.0)  // near enough to be the object
-                kalman.correct(region.mVector);
+            if (kalman.mahalanobisDistance(region.mVector) < distance) {
+                nearest = &region;
+                distance = kalman.mahalanobisDistance(region.mVector);
+            }
+        if (nearest != nullptr)
+            kalman.correct(nearest->mVector);
 
         particles.predict(source->time());
         particles.correct([&](const State& particle) {
             const cv::Rect place = boxAround(particle, box.size(), hsv.size());
-            const double distance =
+            const double difference =
                 place.empty() ? 1.0 : bhattacharyyaDistance(coloursOf(hsv, place), wanted);
-            return std::exp(-20.0 * distance * distance);
+            return std::exp(-20.0 * difference * difference);
         });
 
         const cv::Mat pixels = matView(frame);

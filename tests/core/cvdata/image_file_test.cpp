@@ -44,7 +44,7 @@ bool isEqual(const cv::Mat& a, const cv::Mat& b) {
     return a.size() == b.size() && (a.empty() || cv::norm(a, b, cv::NORM_INF) == 0.0);
 }
 
-/// A name, the ending and OpenCV's type of what is written.
+/// A name, the extension and OpenCV's type of what is written.
 using Format = std::tuple<std::string, std::string, int>;
 
 const Format FORMATS[] = {
@@ -214,9 +214,9 @@ TEST_F(ImageFileTest, WhatCannotBeSavedIsReportedInOneLineAndChangesNothing) {
                   "ERROR: Could not save image: " + path + ": " + reason + "\n");
     };
     for (const std::string path : {"", "no_ending", ".png/a"})
-        expectRefused(image, path, "the name has no ending");
-    for (const std::string ending : {".unknown", ".hdr"})
-        expectRefused(image, "a" + ending, ending + " is not the ending of a format that can be written");
+        expectRefused(image, path, "the name has no extension");
+    for (const std::string extension : {".unknown", ".hdr"})
+        expectRefused(image, "a" + extension, extension + " is not the extension of a format that can be written");
     for (const std::string path : {"directory.png", "device.png"})
         expectRefused(image, path, "the name belongs to something other than a regular file");
     expectRefused(image, "no/where.png", std::strerror(ENOENT));
