@@ -1,5 +1,4 @@
-// Follows any object in a video by its colours with a particle filter, and prints where it is in each frame: after
-// Perez, Hue, Vermaak and Gangnet, "Color-Based Probabilistic Tracking", 2002.
+// Follows an object by its colours with a particle filter: Perez et al., "Color-Based Probabilistic Tracking", 2002.
 
 #include <opencv2/core/utils/logger.hpp>
 #include <opencv2/highgui.hpp>
@@ -20,18 +19,8 @@
 using namespace tarvos;
 using namespace tarvos::core;
 using namespace tarvos::vision;
-using math::Vector;
 
 namespace {
-
-/// How steeply the likelihood falls with the squared distance of the colours (the paper's lambda).
-constexpr double STEEPNESS = 20.0;
-
-cv::Mat toHsv(const cvdata::Image& frame) {
-    cv::Mat hsv;
-    cv::cvtColor(matView(frame), hsv, cv::COLOR_BGR2HSV);
-    return hsv;
-}
 
 cvdata::ColourHist2d coloursOf(const cv::Mat& hsv, const cv::Rect& box) {
     cvdata::ColourHist2d colours(12, 12, 4);
@@ -41,7 +30,7 @@ cvdata::ColourHist2d coloursOf(const cv::Mat& hsv, const cv::Rect& box) {
 
 /// The box of a state (centre, width and height) inside the frame.
 cv::Rect boxOf(const State& state, const cv::Size& frame) {
-    const Vector pose = state.getPoseData();
+    const math::Vector pose = state.getPoseData();
     const cv::Rect2d box(pose[0] - pose[2] / 2, pose[1] - pose[3] / 2, pose[2], pose[3]);
     return cv::Rect(box & cv::Rect2d({}, cv::Size2d(frame)));
 }
@@ -83,21 +72,23 @@ void run(const parser::CmdLineParser& parser) {
     if (!source->read(frame))
         throw std::runtime_error("no frame of the input can be decoded");
     const cv::Rect box = startBox(parser.getValue("box"), frame);
-    const cvdata::ColourHist2d wanted = coloursOf(toHsv(frame), box);
+    cv::Mat hsv;
+    cv::cvtColor(matView(frame), hsv, cv::COLOR_BGR2HSV);
+    const cvdata::ColourHist2d wanted = coloursOf(hsv, box);
     State state(cvdata::VectorPose(4), 2);
-    state.setPoseData(Vector::of(box.x + box.width / 2.0, box.y + box.height / 2.0, box.width, box.height));
+    state.setPoseData(math::Vector::of(box.x + box.width / 2.0, box.y + box.height / 2.0, box.width, box.height));
     const double extent = std::sqrt(box.area()), still = extent / 100;
     ParticleFilter filter(state, static_cast<std::size_t>(particles),
-                          Vector::of(still, still, still, still, extent / 2, extent / 2, still, still),
-                          Vector::of(2 * extent, 2 * extent, extent / 5, extent / 5));
+                          math::Vector::of(still, still, still, still, extent / 2, extent / 2, still, still),
+                          math::Vector::of(2 * extent, 2 * extent, extent / 5, extent / 5));
     std::cout << "frame,time,x,y,width,height,effective\n";
     do {
-        const cv::Mat hsv = toHsv(frame);
+        cv::cvtColor(matView(frame), hsv, cv::COLOR_BGR2HSV);
         filter.predict(source->time());
         filter.correct([&](const State& particle) {
             const cv::Rect place = boxOf(particle, hsv.size());
             const double distance = place.empty() ? 1.0 : bhattacharyyaDistance(coloursOf(hsv, place), wanted);
-            return std::exp(-STEEPNESS * distance * distance);
+            return std::exp(-20.0 * distance * distance);  // the paper's lambda
         });
         const cv::Rect found = boxOf(filter.state(), hsv.size());
         std::cout << cv::format("%d,%.4f,%d,%d,%d,%d,%.0f\n", source->number(), source->time(), found.x, found.y,
