@@ -58,11 +58,11 @@ void addPixels(ColourHist2d& histogram, const cv::Mat& pixels, const cv::Mat& ma
     const std::size_t total = histogram.getBinsTotal();
     std::vector<std::uint32_t> counts(2 * total);
     for (int y = 0; y < pixels.rows; ++y) {
-        const unsigned char* row = pixels.ptr(y);
+        const unsigned char* pixel = pixels.ptr(y);
         const unsigned char* marked = mask.empty() ? nullptr : mask.ptr(y);
         std::uint32_t* halves[] = {counts.data(), counts.data() + total};
-        for (int x = 0; x < pixels.cols; ++x) {
-            const std::int32_t entry = indexOf(row + 3 * x);
+        for (int x = 0; x < pixels.cols; ++x, pixel += 3) {
+            const std::int32_t entry = indexOf(pixel);
             if (entry >= 0 && (marked == nullptr || marked[x] != 0))
                 ++halves[x % 2][entry];
         }
@@ -105,10 +105,10 @@ cv::Mat backProject(const ColourHist2d& histogram, const cv::Mat& pixels, const 
     const unsigned char* levelOf = levels.data();
     cv::Mat projected(pixels.size(), CV_8UC1);
     for (int y = 0; y < pixels.rows; ++y) {
-        const unsigned char* row = pixels.ptr(y);
+        const unsigned char* pixel = pixels.ptr(y);
         unsigned char* levelsOfRow = projected.ptr(y);
-        for (int x = 0; x < pixels.cols; ++x) {
-            const std::int32_t entry = indexOf(row + 3 * x);
+        for (int x = 0; x < pixels.cols; ++x, pixel += 3) {
+            const std::int32_t entry = indexOf(pixel);
             levelsOfRow[x] = entry >= 0 ? levelOf[entry] : static_cast<unsigned char>(0);
         }
     }

@@ -39,7 +39,10 @@ inline void requireDeviations(const char* name, const math::Vector& deviations, 
 
 /// dt^k / k!, the coefficient of the derivative k orders higher in the Taylor series over the time @p dt.
 inline double taylorCoefficient(double dt, int k) {
-    return k > 0 ? taylorCoefficient(dt, k - 1) * dt / k : 1.0;
+    double coefficient = 1.0;
+    for (; k > 0; --k)
+        coefficient *= dt / k;
+    return coefficient;
 }
 
 /// Moves @p order blocks of rows, the pose's first, over the time @p dt.

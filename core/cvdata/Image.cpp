@@ -11,7 +11,6 @@
 #include <iostream>
 #include <new>
 #include <tuple>
-#include <utility>
 
 namespace tarvos::core::cvdata {
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace tarvos::core::cvdata {
 
@@ -82,7 +83,7 @@ public:
     /// OpenCV chose it, the time stamp 0. Aborts when @p image has no header.
     Image(const Image& image);
     /// Takes over the buffer, header and time stamp of @p image, which becomes empty.
-    Image(Image&& image) noexcept : TimedData(image) { swapPixels(image); }
+    Image(Image&& image) noexcept : TimedData(std::move(image)) { swapPixels(image); }
 
     /// A new image made from this image's header, owned by the caller; see `Image(const IplImage*)`. Aborts when this
     /// image has no header.

@@ -34,10 +34,11 @@ Resources::Resources(std::string dataDirPath, std::string appName) : mDataDirPat
         return;
     }
     report(std::cerr, "Data directory found at: " + mDataDirPath);
+    const std::string found = "Found " + appName + " specific data directory at : ";
     for (const std::string& candidate : {mDataDirPath + "tutorials/" + appName, mDataDirPath + appName}) {
         if (Filesystem::exists(candidate)) {
             mDataDirPath = candidate;
-            report(std::cerr, "Found " + appName + " specific data directory at : " + candidate);
+            report(std::cerr, found + candidate);
             return;
         }
     }

@@ -35,9 +35,11 @@ cv::Rect boxOf(const State& state, const cv::Size& frame) {
     return cv::Rect(box & cv::Rect2d({}, cv::Size2d(frame)));
 }
 
-cv::Rect startBox(const std::string& text, const cvdata::Image& frame) {
+cv::Rect startBox(const std::string& text, bool isShown, const cvdata::Image& frame) {
     cv::Rect box;
     char rest = 0;
+    if (text.empty() && !isShown)
+        throw std::runtime_error("give the -box to follow, or -show to draw it");
     if (text.empty())
         box = cv::selectROI("colour_tracker", matView(frame));
     else if (std::sscanf(text.c_str(), "%d,%d,%d,%d%c", &box.x, &box.y, &box.width, &box.height, &rest) != 4)
@@ -62,8 +64,6 @@ void run(const parser::CmdLineParser& parser) {
         throw std::runtime_error("give either -input or -camera");
     if (particles < 1 || camera < 0)
         throw std::runtime_error("-particles expects an integer >= 1, -camera one >= 0");
-    if (!isShown && !parser.isSet("box"))
-        throw std::runtime_error("give the -box to follow, or -show to draw it");
     if (isShown && std::getenv("DISPLAY") == nullptr)
         throw std::runtime_error("-show needs a display");
     const auto source = parser.isSet("camera") ? video::FrameSource::openCamera(camera)
@@ -71,7 +71,7 @@ void run(const parser::CmdLineParser& parser) {
     cvdata::Image frame;
     if (!source->read(frame))
         throw std::runtime_error("no frame of the input can be decoded");
-    const cv::Rect box = startBox(parser.getValue("box"), frame);
+    const cv::Rect box = startBox(parser.getValue("box"), isShown, frame);
     cv::Mat hsv;
     cv::cvtColor(matView(frame), hsv, cv::COLOR_BGR2HSV);
     const cvdata::ColourHist2d wanted = coloursOf(hsv, box);
