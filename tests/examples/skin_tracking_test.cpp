@@ -117,6 +117,11 @@ TEST(AnnotationTest, DrawsBoxPredictionAndTrailWhileThereIsATrack) {
     EXPECT_EQ(cv::countNonZero(drawn(cv::Rect(0, 70, 320, 170)).reshape(1)), 0) << "the trail of the last track";
 }
 
+TEST(AnnotationTest, TheLegendIsSpreadOverItsWidth) {
+    const cv::Mat legend = Annotation::legend(1296).reshape(1);
+    EXPECT_GT(cv::countNonZero(legend.colRange(3 * 600, 3 * 800)), 100) << "the last of five texts";
+}
+
 TEST(MosaicTest, SmallFramesKeepTheirSizeAndHaveACaption) {
     Mosaic mosaic;
     mosaic.add(imageOf(cv::Mat::zeros(50, 100, CV_8UC3)), "caption");
