@@ -148,7 +148,7 @@ std::vector<std::string> Filesystem::ls(std::string dir, std::string ext) {
     std::vector<std::string> names;
     forEachEntry(dir, [&](const fs::directory_entry& entry, std::string& name) {
         const bool isMatch = name.size() >= ext.size() && name.compare(name.size() - ext.size(), ext.size(), ext) == 0;
-        if (isMatch && entry.is_regular_file())
+        if (entry.is_regular_file() && isMatch)  // an entry that cannot be examined is an error
             names.push_back(std::move(name));
     });
     return names;
