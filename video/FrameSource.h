@@ -27,14 +27,14 @@ public:
 
     /// Opens the directory or the video file at @p path. A directory's images (.png, .jpg, .jpeg, .bmp, .ppm, .pgm,
     /// .tif, .tiff and .webp, in any case) are read in natural order of their names, f2.png before f10.png, at @p rate
-    /// frames per second; a video file has its own. A rate that is not above 0 or not finite aborts.
+    /// frames per second; a video file has its own. A rate that is not positive and finite aborts.
     static std::unique_ptr<FrameSource> open(const std::string& path, double rate = 25.0);
     /// Opens a camera of the system; the first has the number 0.
     static std::unique_ptr<FrameSource> openCamera(int number);
 
     /// Reads the next frame into @p frame, whose time stamp stays. False, with @p frame unchanged, at the end, and
-    /// where the next frame cannot be decoded or the camera delivers none. (A video that was cut ends so: number() + 1
-    /// is then below frameCount().) Throws `std::runtime_error` if the frames are not 8-bit colour.
+    /// where the next frame cannot be decoded or the camera delivers none. (A truncated video ends this way, number() +
+    /// 1 being below frameCount().) Throws `std::runtime_error` if the frames are not 8-bit colour.
     virtual bool read(core::cvdata::Image& frame) = 0;
     /// The time of the frame read last, in seconds since the first; it always increases, from 0 before the first. For a
     /// video, by its own time stamps, which need not be evenly spaced (by the frame rate where they are missing or

@@ -17,9 +17,9 @@ namespace tarvos::video {
 /// @ingroup video
 class TARVOS_CORE_EXPORT VideoFile {
 public:
-    /// The file at @p path, which is made with the first frame and replaces one that is there, with @p frameRate frames
-    /// per second. Throws `std::runtime_error` unless the name ends in .avi and has no NUL byte. Aborts for a rate that
-    /// is not above 0 or not finite.
+    /// The file at @p path, which is created with the first frame and replaces an existing one, with @p frameRate
+    /// frames per second, evenly: gaps between the frames are lost. Throws `std::runtime_error` unless the name ends in
+    /// .avi and has no NUL byte. Aborts for a rate that is not above 0 or not finite.
     VideoFile(const std::string& path, double frameRate);
     VideoFile(const VideoFile&) = delete;
     VideoFile& operator=(const VideoFile&) = delete;

@@ -15,13 +15,13 @@ namespace tarvos::vision {
 /// motion model of KalmanFilter with random noise, and weighs them by any likelihood, for instance of the colours in a
 /// box.
 ///
-/// The likelihood of a particle is asked for by several threads at once (`cv::parallel_for_`; `cv::setNumThreads(1)`
+/// The likelihood is evaluated by several threads at once (`cv::parallel_for_`; `cv::setNumThreads(1)`
 /// makes it one), each with a State of its own, for which the pose's clone() is called by them too. The same seed gives
 /// the same particles whatever the number of threads.
 ///
 /// Aborts for: vectors of the wrong size; deviations that are negative or not finite; no particles; a time before the
 /// state's; no likelihood, or one that returns a number that is negative or not finite. More particles than memory can
-/// hold are `std::bad_alloc`. When an operation throws, the filter is unchanged.
+/// hold throw `std::bad_alloc`. When an operation throws, the filter is unchanged.
 ///
 /// @snippet vision.cpp particles
 /// @ingroup vision

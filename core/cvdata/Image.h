@@ -118,8 +118,8 @@ public:
     unsigned char* row(int y) const;
     /// The OpenCV header over the buffer, owned by the image; null without a buffer. Its row stride is widthStep();
     /// for an image of one row, OpenCV reports the row without padding. Where the stride is not a multiple of a value's
-    /// bytes (wider than 8 bits, a width that is not a multiple of 4), OpenCV computes wrong results on it without a
-    /// word: read and write `imageData` row by row, or take `matCopy(image)` of MatView.h.
+    /// bytes (wider than 8 bits, a width that is not a multiple of 4), OpenCV silently computes wrong results on it:
+    /// read and write `imageData` row by row, or take `matCopy(image)` of MatView.h.
     IplImage* iplImage() const noexcept { return mIplImage.get(); }
 
     /// Writes the image to the file at @p path in the format of its extension: .png, .jpg, .jpeg, .jpe, .bmp, .dib,

@@ -69,7 +69,7 @@ public:
     bool isSet(std::string name) const;
 
     /// The words, in order, that begin with "-" but match neither a flag nor an option, for applications that reject
-    /// them. Ask before parse(), which exits for a mandatory option whose name is mistyped without saying so.
+    /// them. Call it before parse(), which exits when a mandatory option is missing, without naming a mistyped one.
     std::vector<std::string> unknownWords() const;
 
     /// Writes the usage table to standard error, then @p extra on a line of its own unless it is empty.
