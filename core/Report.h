@@ -7,8 +7,8 @@
 namespace tarvos::core {
 
 /// Writes @p line and a newline to one of the process's streams and flushes it. Issued as one write, so that concurrent
-/// lines do not interleave; the stream's width and format are ignored, and so is a failure where the application lets
-/// the stream, or the one that is tied to it, throw.
+/// lines do not interleave; the stream's width and format are ignored, and a failure is never thrown, even if the
+/// application lets the stream, or the one that is tied to it, throw.
 inline void report(std::ostream& stream, std::string line) {
     line += '\n';
     try {

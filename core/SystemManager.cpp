@@ -95,8 +95,7 @@ void SystemManager::initOpenGLContext(int width, int height, int posX, int posY,
         glutInitWindowPosition(posX, posY);
         glutInitWindowSize(width, height);
     }
-    const int window = glutCreateWindow(title);
-    glutSetWindow(window);
+    glutCreateWindow(title);
     glutDisplayFunc([] {});  // GLUT's main loop aborts on a window without a display callback
     glutHideWindow();
     // Off the screen now: GLUT itself would do it in its main loop.

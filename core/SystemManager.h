@@ -23,10 +23,10 @@ public:
     /// height pixels and its upper left corner at (@p posX, @p posY) on the screen; later calls use the first call's
     /// size and position. Windows are not destroyed.
     ///
-    /// With @p checkCapabilities it prints the GPU's vendor, what it supports and its limits to standard output. If
-    /// GLEW cannot be initialised or a capability is missing (shaders, framebuffer objects, rectangle textures), it
-    /// prints a message and exits with `exit(-1)` (status 255). Vertex buffer objects and geometry shaders
-    /// are optional. Aborts when @p title is null.
+    /// If GLEW cannot be initialised, it prints a message and exits with `exit(-1)` (status 255). With @p
+    /// checkCapabilities it prints the GPU's vendor, what it supports and its limits to standard output, and exits the
+    /// same way if a capability is missing (shaders, framebuffer objects, rectangle textures; vertex buffer objects and
+    /// geometry shaders are optional). Aborts when @p title is null.
     void initOpenGLContext(int width, int height, int posX, int posY, const char* title, bool checkCapabilities);
 
 private:

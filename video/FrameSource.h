@@ -26,19 +26,19 @@ public:
     FrameSource& operator=(const FrameSource&) = delete;
 
     /// Opens the directory or the video file at @p path. A directory's images (.png, .jpg, .jpeg, .bmp, .ppm, .pgm,
-    /// .tif, .tiff and .webp, in any case) are read in natural order of their names, f2.png before f10.png, at @p rate
-    /// frames per second; a video file has its own. A rate that is not positive and finite aborts.
+    /// .tif, .tiff and .webp, in upper or lower case) are read in natural order of their names, f2.png before f10.png,
+    /// at @p rate frames per second; a video file has its own. A rate that is not positive and finite aborts.
     static std::unique_ptr<FrameSource> open(const std::string& path, double rate = 25.0);
     /// Opens a camera of the system; the first has the number 0.
     static std::unique_ptr<FrameSource> openCamera(int number);
 
-    /// Reads the next frame into @p frame, whose time stamp stays. False, with @p frame unchanged, at the end, and
-    /// where the next frame cannot be decoded or the camera delivers none. (A truncated video ends this way, number() +
-    /// 1 being below frameCount().) Throws `std::runtime_error` if the frames are not 8-bit colour.
+    /// Reads the next frame into @p frame, whose time stamp stays. False, with @p frame unchanged, at the end,
+    /// where a video's next frame cannot be decoded, and where the camera delivers none. (A truncated video ends this
+    /// way, number() + 1 being below frameCount().) Throws `std::runtime_error` if the frames are not 8-bit colour.
     virtual bool read(core::cvdata::Image& frame) = 0;
-    /// The time of the frame read last, in seconds since the first; it always increases, from 0 before the first. For a
-    /// video, by its own time stamps, which need not be evenly spaced (by the frame rate where they are missing or
-    /// implausible); for a directory, by the rate; for a camera, when the frame arrived.
+    /// The time of the frame read last, in seconds since the first; it increases from frame to frame. 0 before the
+    /// first. For a video, by its own time stamps, which need not be evenly spaced (by the frame rate where they are
+    /// missing or implausible); for a directory, by the rate; for a camera, when the frame arrived.
     virtual double time() const = 0;
     /// Frames per second, on average in a video whose frames are not evenly spaced. 25 if the input states no plausible
     /// rate.

@@ -54,7 +54,7 @@ void addPixels(ColourHist2d& histogram, const cv::Mat& pixels, const cv::Mat& ma
     TARVOS_REQUIRE((mask.empty() || (mask.type() == CV_8UC1 && mask.size() == pixels.size())) &&
                    "Histogram: the mask is not CV_8UC1 and of the pixels' size.");
     const Indices indexOf(histogram, pixels, limits);
-    // Neighbours have like colours: counted apart, they need not wait for each other.
+    // Neighbours often fall into the same entry: counted apart, one increment need not wait for the other.
     const std::size_t total = histogram.getBinsTotal();
     std::vector<std::uint32_t> counts(2 * total);
     for (int y = 0; y < pixels.rows; ++y) {

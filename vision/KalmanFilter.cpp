@@ -113,7 +113,7 @@ void KalmanFilter::update(const Vector& measurement, const math::Matrix* observa
     x.noalias() += gain.transpose() * (eigenMap(measurement) - predicted);
     posterior.noalias() -= cross.transpose() * gain;
     // The rounding of this difference is relative to the prior: after a diffuse one it could exceed what is left. The
-    // margin keeps the posterior positive semidefinite, and what was measured is the same without a difference.
+    // margin keeps the posterior positive semidefinite, and what was measured is computed without a difference.
     const double margin = 4.0 * static_cast<double>(posterior.rows()) * std::numeric_limits<double>::epsilon();
     posterior.diagonal() += margin * eigenMap(mCovariance).diagonal();
     if (observation == nullptr) {

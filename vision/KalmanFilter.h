@@ -11,19 +11,20 @@ namespace tarvos::vision {
 /// pose and its derivatives to the time of a frame, and corrects them with what was measured at that time.
 ///
 /// With velocity this is the constant-velocity model, with acceleration the constant-acceleration model, and so on,
-/// over the real time between predictions. The derivative above the highest in the state is continuous white noise: the
-/// process deviation is the standard deviation of the highest derivative's drift in one second (or whatever the unit of
-/// the time stamps is), one number for each degree of freedom. So two short predictions equal a long one, whatever the
-/// frame rate. Measurement errors are independent and Gaussian.
+/// over the time that passes between predictions. The highest derivative in the state drifts: its own derivative is
+/// continuous white noise. The process deviation is the standard deviation of that drift in one second (or whatever the
+/// unit of the time stamps is), one number for each degree of freedom. So two short predictions equal a long one,
+/// whatever the frame rate. Measurement errors are independent and Gaussian.
 ///
 /// The filter keeps no other state than state() and covariance(): what the user changes there is what the next step
 /// starts from.
 ///
 /// Aborts for: vectors and matrices of the wrong size; deviations that are negative or not finite; a measurement
 /// deviation of 0; a measurement that is not finite; a measurement covariance that is not symmetric and positive
-/// definite; a covariance() of the pose that is not, even with the measurement's added; a time before the state's. When
-/// an operation throws, for lack of memory or in the pose, the filter is unchanged. The cost of a step grows with the
-/// cube of stateIncDimension(); with 4 degrees of freedom and velocities it is one to two microseconds.
+/// definite; a covariance() whose part for the pose, plus the measurement's, is not positive definite; a time before
+/// the state's. When an operation throws, for lack of memory or in the pose, the filter is unchanged. The cost of a
+/// step grows with the cube of stateIncDimension(); with 4 degrees of freedom and velocities it is one to two
+/// microseconds.
 ///
 /// @snippet vision.cpp kalman
 /// @ingroup vision

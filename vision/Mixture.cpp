@@ -50,22 +50,25 @@ cv::Mat skinColours(double deviations) {
     return marked;
 }
 
-/// A model of @p samples, always the same: the thread's random numbers are replaced during the training.
+/// While one lives, the thread's random numbers begin anew.
+struct OwnRandomNumbers {
+    const cv::RNG callers = cv::theRNG();
+    OwnRandomNumbers() { cv::theRNG() = cv::RNG(); }
+    ~OwnRandomNumbers() { cv::theRNG() = callers; }
+};
+
+/// A model of @p samples, always the same.
 cv::Ptr<cv::ml::EM> trained(const cv::Mat& samples, int components) {
     const cv::Ptr<cv::ml::EM> model = cv::ml::EM::create();
     model->setClustersNumber(components);
     model->setCovarianceMatrixType(cv::ml::EM::COV_MAT_GENERIC);
-    const cv::RNG previous = cv::theRNG();
-    cv::theRNG() = cv::RNG();
-    bool isTrained = false;
+    const OwnRandomNumbers own;
     try {
-        isTrained = model->trainEM(samples);
+        if (model->trainEM(samples))
+            return model;
     } catch (const cv::Exception&) {  // of samples whose squares a float does not hold, say
     }
-    cv::theRNG() = previous;
-    if (!isTrained)
-        throw std::runtime_error("fitMixture: OpenCV finds no mixture of these samples");
-    return model;
+    throw std::runtime_error("fitMixture: OpenCV finds no mixture of these samples");
 }
 
 }  // namespace

@@ -11,11 +11,11 @@ namespace tarvos::vision {
 ///
 /// @snippet vision.cpp mixture
 
-/// The probability density of each of the @p pixels under @p mixture (CV_32FC1, of their size): over their first
-/// channels, as many as the components have dimensions, of any depth. The components' mean, inverse covariance,
-/// determinant and weight are used as they are stored. 0 for a mixture without components. Aborts when the components
-/// differ in dimension, have dimension 0 or fields of other sizes, when a determinant is not above 0, and when the
-/// pixels have fewer channels.
+/// The probability density of each of the @p pixels under @p mixture (CV_32FC1, of their size). The pixels may have any
+/// depth; of their channels the first are used, as many as the components have dimensions. The components' mean,
+/// inverse covariance, determinant and weight are used as they are stored. 0 for a mixture without components. Aborts
+/// when the components differ in dimension, have dimension 0 or fields of other sizes, when a determinant is not above
+/// 0, and when the pixels have fewer channels.
 /// @ingroup vision
 TARVOS_CORE_EXPORT cv::Mat density(const core::cvdata::ColorGMM& mixture, const cv::Mat& pixels);
 

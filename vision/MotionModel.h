@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
-/// The filters' motion model: the derivative above the highest of the state is continuous white noise.
+/// The filters' motion model: continuous white noise drives the state's highest derivative.
 namespace tarvos::vision::motion {
 
 /// The time from @p state to @p time.

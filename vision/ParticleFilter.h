@@ -29,7 +29,7 @@ class TARVOS_CORE_EXPORT ParticleFilter {
 public:
     /// Draws @p particles particles around @p initial, with the standard deviations @p initialDeviation of its
     /// incremental form (stateIncDimension() elements). @p processDeviation, poseDoF() elements, is as in KalmanFilter.
-    /// Some hundred particles do for a few dimensions; the cost is the likelihood's, times their number.
+    /// A few hundred particles suffice for a few dimensions; the cost is the likelihood's, times their number.
     ParticleFilter(const core::State& initial, std::size_t particles, const math::Vector& initialDeviation,
                    const math::Vector& processDeviation, std::uint32_t seed = 0);
 
@@ -40,7 +40,7 @@ public:
     /// likely; an exception of the likelihood passes through, and nothing is changed.
     bool correct(const std::function<double(const core::State&)>& likelihood);
 
-    /// The estimate: the weighted mean of the particles, element by element, before the last correction resampled.
+    /// The estimate: the weighted mean of the particles, after a correction of those before any resampling.
     const core::State& state() const { return mState; }
     /// How many equally weighted particles the estimate is worth: 1 / (sum of the squared weights), before the last
     /// correction resampled.

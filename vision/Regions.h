@@ -23,18 +23,18 @@ public:
     /// The record of a region.
     using BlobInfo = core::cvdata::Blobs::BlobInfo;
 
-    /// Finds the regions of at least @p minArea pixels in @p mask, where it is not 0. Places are those of a frame in
-    /// which the mask's first pixel is at @p corner. Aborts unless the mask is CV_8UC1 or empty.
+    /// Finds the regions of at least @p minArea pixels in @p mask, where it is not 0. Coordinates are those of a
+    /// frame in which the mask's upper left pixel is at @p corner. Aborts unless the mask is CV_8UC1 or empty.
     Regions(const cv::Mat& mask, double minArea, const cv::Point& corner = {});
 
     /// The regions, in no particular order.
     const core::cvdata::Blobs& blobs() const { return mBlobs; }
     /// The region with the largest area, null if there is none. Valid as long as this object.
     const BlobInfo* largest() const;
-    /// The pixels of one of the regions, 255 in a mask of a frame's @p size (CV_8UC1).
+    /// A mask of a frame's @p size (CV_8UC1): 255 in one of the regions, its holes included, 0 elsewhere.
     cv::Mat maskOf(const BlobInfo& region, const cv::Size& size) const;
     /// Samples the outline of one of the regions at every eighth pixel into @p outline, replacing its content: `mVec4`
-    /// of a point is its place (x, y, 0, 0), and each edge joins a point to the next, the last one to the first.
+    /// of a point is its position (x, y, 0, 0), and each edge joins a point to the next, the last one to the first.
     void traceOutline(const BlobInfo& region, core::cvdata::VisContourSamplePts& outline) const;
 
 private:

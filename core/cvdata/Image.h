@@ -80,13 +80,13 @@ public:
     Image(std::string path);
     /// A copy of the pixels of @p image, described by its OpenCV header: the layout is what the header's channel
     /// sequence says (OpenCV knows "BGR" and "BGRA", so CHANNELS_RGB becomes CHANNELS_BGR), the alignment 4 or 8 as
-    /// OpenCV chose it, the time stamp 0. Aborts when @p image has no header.
+    /// OpenCV chose it, the time stamp 0. Aborts when @p image has no header, or one that exceeds the buffer.
     Image(const Image& image);
     /// Takes over the buffer, header and time stamp of @p image, which becomes empty.
     Image(Image&& image) noexcept : TimedData(std::move(image)) { swapPixels(image); }
 
-    /// A new image made from this image's header, owned by the caller; see `Image(const IplImage*)`. Aborts when this
-    /// image has no header.
+    /// A new image made from this image's header, owned by the caller; see `Image(const IplImage*)`. Aborts when
+    /// this image has no header, or one that exceeds the buffer.
     virtual Image* clone() const;
 
     /// Channels of a pixel: 1, 3 or 4.
@@ -111,21 +111,21 @@ public:
     BitsPerChannel bitsPerChannel() const noexcept { return mDescription.bits; }
     /// The row stride: bytes from the start of one row to the start of the next.
     int widthStep() const noexcept { return static_cast<int>(mDescription.widthStep); }
-    /// The first pixel of the first row; null without a buffer. Changes only when size, layout, depth or alignment
-    /// change, or when an image is assigned for whose computed stride the buffer is too small.
+    /// The first pixel of the first row; null without a buffer. It stays until resizeMemory(), a move, any assignment
+    /// to a TiledImage, or an assignment that changes size, layout, depth or alignment or needs a larger buffer.
     unsigned char* imageBuffer() const noexcept { return mImageBuffer.get(); }
     /// The first pixel of row @p y, counted from 0. Aborts unless the buffer holds that row.
     unsigned char* row(int y) const;
     /// The OpenCV header over the buffer, owned by the image; null without a buffer. Its row stride is widthStep();
     /// for an image of one row, OpenCV reports the row without padding. Where the stride is not a multiple of a value's
-    /// bytes (wider than 8 bits, a width that is not a multiple of 4), OpenCV silently computes wrong results on it:
-    /// read and write `imageData` row by row, or take `matCopy(image)` of MatView.h.
+    /// bytes (wider than 8 bits, and width x channels is no multiple of the alignment), OpenCV silently computes wrong
+    /// results on it: read and write `imageData` row by row, or take `matCopy(image)` of MatView.h.
     IplImage* iplImage() const noexcept { return mIplImage.get(); }
 
     /// Writes the image to the file at @p path in the format of its extension: .png, .jpg, .jpeg, .jpe, .bmp, .dib,
-    /// .tif, .tiff, .webp, .pbm, .pgm, .ppm, .pnm, .pxm or .pam. The layout is converted to the file's channel order, a
-    /// depth that the format lacks to 8 bits as OpenCV does. The file is written whole or not at all: it replaces a
-    /// regular file (keeping its permissions, also while it is written) or a link of that name once it is complete.
+    /// .tif, .tiff, .webp, .pbm, .pgm, .ppm, .pnm, .pxm or .pam. The layout is converted to the file's channel order; a
+    /// depth that the format lacks is converted to 8 bits, as OpenCV does. The file is written whole or not at all:
+    /// once complete, it replaces a regular file of that name (keeping its permissions throughout) or a link itself.
     ///
     /// False, with "ERROR: Could not save image: ", the path and the reason on standard error, if that fails: an empty
     /// image, an unknown extension, channels that the format lacks, a full disk. Throws only `std::bad_alloc`.
@@ -136,7 +136,7 @@ public:
     void setNofChannels(ColorChannels channels);
     /// Sets the layout and the number of channels, for instance after a conversion in place from BGR to RGB.
     void setChannels(ColorChannels channels);
-    /// Makes the header describe the buffer as the fields do, without a region of interest. Aborts when the
+    /// Makes the header describe the buffer as the accessors do, without a region of interest. Aborts when that
     /// description exceeds the buffer or a size is negative. A stride shorter than a row is OpenCV's `cv::Exception`,
     /// and the header is unchanged.
     void updateOpencvHeader();

@@ -40,7 +40,7 @@ public:
     void setCellImage(size_t cellRow, size_t cellCol, Image* img);
 
 protected:
-    // Assigning a plain image would lose the grid.
+    // Assigning a plain image would leave a grid that may not fit the pixels.
     using Image::operator=;
 
 private:

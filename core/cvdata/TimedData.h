@@ -5,7 +5,7 @@
 namespace tarvos::core::cvdata {
 
 /// Vision data with a time stamp. The library gives the stamp no unit and no epoch and never sets it: the code that
-/// produces the data does. Copies take it over, and assignments, which also check the tags.
+/// produces the data does. Copies of this base, and assignments, which check the tags, take it over; Image's do not.
 /// @ingroup images
 class TARVOS_CORE_EXPORT TimedData : public CvData {
 public:

@@ -100,7 +100,7 @@ std::string replaceFile(const fs::path& path, const std::vector<unsigned char>& 
     FileDescriptor file(created);
     if (created < 0)
         return std::generic_category().message(errno);
-    // Without the group that may read the file, no group may.
+    // Where the file's group cannot be kept, no group gets access.
     const bool hasGroup = exists && fchown(created, static_cast<uid_t>(-1), replaced.st_gid) == 0;
     const mode_t mode = replaced.st_mode & (S_IRWXU | S_IRWXO | (hasGroup ? S_IRWXG : 0U));
     if ((!exists || fchmod(created, mode) == 0) &&

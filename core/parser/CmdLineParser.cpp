@@ -41,12 +41,11 @@ void CmdLineParser::parse() {
         if (word.empty() || word.front() != '-')
             continue;
         const std::string name = word.substr(1);
-        for (t_arg& flag : mFlags) {
+        for (t_arg& flag : mFlags)
             if (flag.name == name) {
                 flag.value = "1";
                 flag.setOnCommandLine = true;
             }
-        }
         for (t_arg& option : mOptions) {
             if (option.name != name)
                 continue;

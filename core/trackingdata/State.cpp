@@ -108,15 +108,14 @@ void State::setIncDataFromVector(const math::Vector& stateIncData, int order) {
 }
 
 void State::getStateIncData(math::Vector& stateIncData, int order) const {
+    const auto pdim = static_cast<unsigned int>(poseDoF());
     if (order == -1) {
         const auto sdim = static_cast<unsigned int>(stateIncDimension());
         TARVOS_REQUIRE((sdim == stateIncData.dimension()) &&
                        "ERROR: incremental state dimension does not match the input vector!");
-        const auto dof = static_cast<unsigned int>(poseDoF());
-        pack(sized(mPose->currentIncData(), dof), stateIncData);
+        pack(sized(mPose->currentIncData(), pdim), stateIncData);
         return;
     }
-    const auto pdim = static_cast<unsigned int>(poseDoF());
     TARVOS_REQUIRE((pdim == stateIncData.dimension()) &&
                    "ERROR: incremental state dimension does not match the input vector!");
     TARVOS_REQUIRE((order <= getMaxOrder()) && "ERROR: too high AR order for this state!");
@@ -146,9 +145,12 @@ math::Vector& State::block(int order) {
 
 /// Writes the pose's part and all blocks one after the other.
 void State::pack(const math::Vector& posePart, math::Vector& packed) const {
-    double* next = std::copy(posePart.begin(), posePart.end(), packed.begin());
+    double* next = packed.begin();
+    for (const double element : posePart)
+        *next++ = element;
     for (const math::Vector& block : mDerivatives)
-        next = std::copy(block.begin(), block.end(), next);
+        for (const double element : block)
+            *next++ = element;
 }
 
 /// Fills all blocks from @p values, block after block.

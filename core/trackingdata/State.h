@@ -10,8 +10,8 @@
 
 namespace tarvos::core {
 
-/// The state of one target at one time: its pose and the pose's derivatives with respect to time, up to an order chosen
-/// at construction (1: the pose alone; 2: with velocity; 3: with acceleration).
+/// The state of one target at one time: its pose and the pose's derivatives with respect to time. The number of these
+/// parts is chosen at construction (1: the pose alone; 2: with velocity; 3: with acceleration).
 ///
 /// Estimators work on flat vectors, so a state is read from and written to them, in two forms. With D =
 /// poseDimension(), F = poseDoF() and n = getMaxOrder() - 1 derivative blocks of F elements each:
@@ -19,7 +19,7 @@ namespace tarvos::core {
 /// - data form, stateDimension() elements: pose data (D) | block 1 (F) | ... | block n (F)
 /// - incremental form, stateIncDimension() elements: incremental data (F) | block 1 (F) | ... | block n (F)
 ///
-/// An `order` of -1 selects such a whole vector, 0 the pose part alone, k from 1 to n block k alone.
+/// The argument `order` below selects a part: 0 the pose, k from 1 to n block k (1: the velocity), -1 the whole vector.
 ///
 /// Vectors of another size and an invalid order abort before anything is written. Reading may refresh the pose's stored
 /// vectors (see cvdata::Pose), so even concurrent readers of one state need a lock.
@@ -37,8 +37,8 @@ public:
     /// A deep copy, time stamp included.
     State(const State& other);
 
-    /// Copies the pose's value, the blocks (the common ones if their numbers differ) and the time stamp. Aborts when
-    /// poseDimension() or stateIncDimension() differ. Through a `TrackingData&` only the time stamp is copied.
+    /// Copies the pose's value, the blocks and the time stamp; through a `TrackingData&` only the time stamp. Aborts
+    /// when poseDimension() or stateIncDimension() differ.
     State& operator=(const State& state);
     State* clone() const override { return new State(*this); }
 

@@ -62,8 +62,8 @@ void forEachEntry(const std::string& dir, Visit visit) {
     }
 }
 
-/// Copies a regular file to a new one, which is removed on failure; everything that allocates comes before that file
-/// exists. Of its own, since libstdc++'s copy_file has reported complete copies of files that it cut, and the reverse.
+/// Copies a regular file to a new one, which is removed on failure; all allocations come before it exists. Written
+/// here because libstdc++'s copy_file has reported success for cut copies, and failure for complete ones.
 bool copyFile(const fs::path& from, const fs::path& to) {
     constexpr std::size_t CHUNK = 1 << 18;
     const std::unique_ptr<char[]> bytes(new char[CHUNK]);

@@ -35,13 +35,12 @@ Resources::Resources(std::string dataDirPath, std::string appName) : mDataDirPat
     }
     report(std::cerr, "Data directory found at: " + mDataDirPath);
     const std::string found = "Found " + appName + " specific data directory at : ";
-    for (const std::string& candidate : {mDataDirPath + "tutorials/" + appName, mDataDirPath + appName}) {
+    for (const std::string& candidate : {mDataDirPath + "tutorials/" + appName, mDataDirPath + appName})
         if (Filesystem::exists(candidate)) {
             mDataDirPath = candidate;
             report(std::cerr, found + candidate);
             return;
         }
-    }
 }
 
 std::string Resources::findFile(std::string name) const {

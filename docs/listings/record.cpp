@@ -31,7 +31,7 @@ ColourHist2d coloursOf(const cv::Mat& hsv, const cv::Rect& part) {
     return colours;
 }
 
-/// The box of the wanted size around a state's place, clipped to the picture.
+/// The box of the wanted size around a state's position, clipped to the picture.
 cv::Rect boxAround(const State& state, const cv::Size& size, const cv::Size& picture) {
     const Vector place = state.getPoseData();
     const cv::Point corner(cvRound(place[0]) - size.width / 2, cvRound(place[1]) - size.height / 2);

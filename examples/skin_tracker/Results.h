@@ -19,8 +19,8 @@ public:
 
     /// Where to write the file that will be @p name.
     std::string partOf(const std::string& name);
-    /// Gives all files their names, and removes those of the possible ones that an earlier run made and this one did
-    /// not. Returns their paths. Throws `std::runtime_error`, and publishes none, if something is in the way.
+    /// Moves the files that were written to their names, and removes files of the other names, which an earlier run
+    /// made. Returns the paths. Throws `std::runtime_error`, before it moves any, if a name cannot be replaced.
     std::vector<std::string> publish();
 
 private:

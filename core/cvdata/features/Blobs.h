@@ -24,7 +24,7 @@ public:
         std::int32_t mField1 = 0;              ///< for instance the label in a label image
         std::int32_t mField2 = 0;              ///< for instance the area in pixels
         std::array<std::int32_t, 4> mBlock{};  ///< for instance the box: x, y, width, height in pixels
-        math::SquareMatrix mMatrix1{2};        ///< for instance the covariance of the pixels' places, 2 x 2
+        math::SquareMatrix mMatrix1{2};        ///< for instance the covariance of the pixels' positions, 2 x 2
         math::SquareMatrix mMatrix2{2};        ///< for instance its inverse, 2 x 2
         math::Vector mVector{2};               ///< for instance the centre: x, y
     };

@@ -9,7 +9,7 @@
 namespace tarvos::core::cvdata {
 
 /// A histogram over three colour channels with a number of bins for each: a flat vector of bins1 x bins2 x bins3
-/// doubles, and its shape.
+/// doubles, and its shape. (With one bin for a channel it is the two-dimensional one of the name.)
 ///
 /// What colour an entry stands for is the application's choice; `vision/Histogram.h` fills it in the order of OpenCV's
 /// histograms. A new histogram, and one whose shape was changed, is zero.

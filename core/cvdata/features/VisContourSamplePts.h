@@ -23,8 +23,8 @@ public:
     /// A sample point. The library gives the fields no meaning; a new record is all zero. What a contour tracker
     /// usually keeps in them is noted, but not enforced.
     struct CPOINT {
-        math::Vector4 mVec4;                ///< for instance place and unit normal: x, y, nx, ny
-        math::Vector2 mVec2;                ///< for instance the place in the last frame
+        math::Vector4 mVec4;                ///< for instance position and unit normal: x, y, nx, ny
+        math::Vector2 mVec2;                ///< for instance the position in the last frame
         std::vector<math::Vector2> mList1;  ///< for instance candidate matches along the normal
         std::vector<math::Vector2> mList2;  ///< for instance their gradients
         std::int32_t mField = 0;            ///< for instance the contour the point belongs to
@@ -34,7 +34,7 @@ public:
     struct Edge {
         std::vector<CPOINT*> mPointRefs;  ///< its points in order, owned elsewhere
         math::Vector2 mVec2;              ///< for instance its direction
-        math::Vector4 mFirstVec4;         ///< for instance its first end: place and normal
+        math::Vector4 mFirstVec4;         ///< for instance its first end: position and normal
         math::Vector4 mSecondVec4;        ///< for instance its second end
         std::int32_t mField = 0;          ///< for instance the contour the edge belongs to
     };

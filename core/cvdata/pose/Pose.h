@@ -9,8 +9,8 @@ namespace tarvos::core::cvdata {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Woverloaded-virtual"
 
-/// One configuration of a target, for instance its place and size: the base of an application's pose classes, which a
-/// State carries. VectorPose is the one for plain vectors; the guide "Your own pose" makes another.
+/// One configuration of a target, for instance its position and size: the base of an application's pose classes, which
+/// a State carries. VectorPose is the one for plain vectors; the guide "Your own pose" makes another.
 ///
 /// A pose is seen in two forms: its data, a vector of dimension() elements, and its incremental data, a vector of
 /// dof() elements, one per degree of freedom. The two counts may differ (a rotation as a quaternion has 4 elements and

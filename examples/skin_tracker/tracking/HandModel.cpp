@@ -11,10 +11,11 @@ using namespace tarvos::vision;
 
 /// Of hue, saturation and value: coarse enough that a few frames show all colours of a hand.
 constexpr int BINS[] = {20, 16, 8};
-/// Bins of value below have no colour to speak of: hue and saturation are noise there.
+/// Bins of value below this one have no colour to speak of: hue and saturation are noise there.
 constexpr unsigned int MIN_VALUE_BIN = 1;
-/// A bin belongs to the hand unless the background count exceeds so many times the hand count: the surroundings are
-/// much larger, and of the regions with the hand's colours the one nearest to where it should be is taken.
+/// A bin belongs to the hand unless its count around the hand is at least this many times the one in the hand: the
+/// surroundings are much larger, and of the regions with the hand's colours the one nearest to where it should be is
+/// taken.
 constexpr double FAVOUR = 25.0;
 /// The surroundings start this share of the known box's extent away from it.
 constexpr double MARGIN = 0.15;

@@ -26,7 +26,7 @@ public:
     /// Tracks with derivatives of the box up to @p order - 1.
     explicit Tracker(int order) : mOrder(order) {}
 
-    /// Searches @p frame for the hand (8-bit BGR) at @p time in seconds, later than the frame before.
+    /// Searches @p frame (8-bit BGR), taken at @p time in seconds, later than the frame before, for the hand.
     void process(const tarvos::core::cvdata::Image& frame, double time);
 
     /// Whether there is a track: a hand was seen, and not longer ago than two seconds. Otherwise motion()
