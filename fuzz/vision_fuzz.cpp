@@ -72,6 +72,34 @@ void checkHistogram(Input& input) {
     matView(expected.data()).convertTo(floats[1], CV_32F);
     const double distance = cv::compareHist(floats[0], floats[1], cv::HISTCMP_BHATTACHARYYA);
     FUZZ_CHECK(std::abs(bhattacharyyaDistance(histogram, expected) - distance) < 1e-3);
+
+    ColourHist2d again = histogram, scaled = histogram;
+    addPixels(again, pixels, mask, limits);
+    FUZZ_CHECK(cv::norm(matView(again.data()), 2 * matView(histogram.data()), cv::NORM_INF) == 0.0);
+    const double scale = std::pow(10.0, input.below(256) - 128);
+    for (double& entry : scaled.data())
+        entry *= scale;
+    const double change = bhattacharyyaDistance(scaled, expected) - bhattacharyyaDistance(histogram, expected);
+    FUZZ_CHECK(std::abs(change) < 1e-7);
+    normalize(scaled);
+    FUZZ_CHECK(std::abs(cv::sum(matView(scaled.data()))[0] - (largest > 0.0 ? 1.0 : 0.0)) < 1e-12);
+}
+
+/// An outline has every eighth pixel of the only contour in @p mask, and is closed.
+void checkOutline(const Regions& regions, const Regions::BlobInfo& region, const cv::Mat& mask) {
+    std::vector<std::vector<cv::Point>> contours;
+    cv::findContours(mask, contours, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE);
+    tarvos::core::cvdata::VisContourSamplePts outline;
+    for (int i = 0; i < 2; ++i)
+        regions.traceOutline(region, outline);
+    const std::size_t count = outline.mPoints.size();
+    FUZZ_CHECK(count == (contours[0].size() + 7) / 8 && count == outline.mEdges.size());
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto& point = outline.mPoints[i].mVec4;
+        FUZZ_CHECK(contours[0][8 * i] == cv::Point(static_cast<int>(point[0]), static_cast<int>(point[1])));
+        FUZZ_CHECK(outline.mEdges[i].mPointRefs[0] == &outline.mPoints[i]);
+        FUZZ_CHECK(outline.mEdges[i].mPointRefs[1] == &outline.mPoints[(i + 1) % count]);
+    }
 }
 
 void checkRegions(Input& input) {
@@ -85,18 +113,23 @@ void checkRegions(Input& input) {
     const cv::Mat filled = (mask != 0) | holes(cv::Rect(1, 1, width, height));
     cv::Mat labels, statistics, centroids;
     const int count = cv::connectedComponentsWithStats(filled, labels, statistics, centroids);
-    const Regions regions(mask, minArea);
+    const cv::Rect place({input.below(9), input.below(9)}, mask.size());  // of the mask in the frame
+    const Regions regions(mask, minArea, place.tl());
     std::size_t expected = 0;
     for (int label = 1; label < count; ++label)
         expected += statistics.at<int>(label, cv::CC_STAT_AREA) >= minArea ? 1 : 0;
     FUZZ_CHECK(regions.blobs().dimension() == expected);
     for (const Regions::BlobInfo& region : regions.blobs().mBlobs) {
-        const cv::Mat own = regions.maskOf(region, mask.size());
+        const cv::Mat inFrame = regions.maskOf(region, cv::Size(place.br()));
+        const cv::Mat own = inFrame(place);
         FUZZ_CHECK(cv::countNonZero(own) == region.mField2 && cv::countNonZero(own & ~filled) == 0);
         std::vector<cv::Point> points;  // of which the box is right; OpenCV 4.6's of a narrow mask is not
-        cv::findNonZero(own, points);
-        FUZZ_CHECK(cv::boundingRect(points) == boxOf(region));
+        cv::findNonZero(inFrame, points);
+        const cv::Rect box = cv::boundingRect(points);
+        FUZZ_CHECK(box == boxOf(region));
+        FUZZ_CHECK(region.mVector[0] == box.x + box.width / 2.0 && region.mVector[1] == box.y + box.height / 2.0);
         FUZZ_CHECK(regions.largest()->mField2 >= region.mField2);
+        checkOutline(regions, region, inFrame);
     }
 }
 

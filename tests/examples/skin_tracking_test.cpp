@@ -6,7 +6,6 @@
 #include <opencv2/imgproc.hpp>
 #include <tarvos/core/cvdata/MatView.h>
 
-#include <cmath>
 #include <memory>
 
 namespace skin_tracker {
@@ -139,45 +138,6 @@ TEST(MosaicTest, SpreadsSixteenFramesEvenly) {
         const cv::Vec3b pixel = matView(composed).at<cv::Vec3b>(244 * (cell / 4) + 122, 324 * (cell % 4) + 162);
         EXPECT_NEAR(pixel[0], cell * 199 / 15, 6) << "cell " << cell;
     }
-}
-
-/// A drawn scene like a video: a hand of several colours in front of skin-coloured clutter, under noise.
-cv::Mat clutteredScene(int frame, cv::Point place) {
-    cv::Mat picture(SIZE, CV_8UC3, WALL);
-    picture(cv::Rect(20, 200, 60, 25)).setTo(cv::Scalar(90, 115, 150));      // a wooden box
-    picture(cv::Rect(270, 20, 30, 60)).setTo(cv::Scalar(100, 128, 175));     // a door
-    const cv::Scalar shadowed = frame < 3 ? SKIN : cv::Scalar(70, 95, 150);  // not from the first frame on
-    cv::ellipse(picture, place + cv::Point(16, 0), {20, 20}, 0, 0, 360, shadowed, cv::FILLED);
-    cv::ellipse(picture, place - cv::Point(14, 0), {22, 24}, 0, 0, 360, SKIN, cv::FILLED);
-    picture(cv::Rect(place.x - 4, place.y + 10, 8, 30)).setTo(cv::Scalar(28, 25, 30));  // what it holds, nearly black
-    cv::Mat noise(SIZE, CV_16SC3);
-    cv::theRNG().state = static_cast<std::uint64_t>(frame) + 1;
-    cv::randn(noise, 0, 6);
-    cv::add(picture, noise, picture, cv::noArray(), CV_8UC3);
-    return picture;
-}
-
-TEST(TrackerTest, FollowsAHandOfSeveralColoursThroughAnOcclusionInFrontOfClutter) {
-    Tracked hand(0);
-    Annotation annotation;
-    Image drawn;
-    for (int i = 0; i < 60; ++i) {
-        const bool visible = i < 30 || i >= 36;
-        const cv::Point place(80 + 2 * i, cvRound(110 + 40 * std::sin(0.1 * i)));
-        cv::Mat frame = clutteredScene(i, place);
-        if (!visible)
-            cv::circle(frame, place, 50, cv::Scalar(150, 150, 90), cv::FILLED);
-        hand.see(frame);
-        ASSERT_EQ(hand.tracker->found(), visible) << "frame " << i;
-        const cv::Rect2d expected(place.x - 36, place.y - 24, 72, 48), box = hand.tracker->motion().box();
-        const double overlap = (box & expected).area();
-        EXPECT_GT(overlap / (box.area() + expected.area() - overlap), visible ? 0.7 : 0.3) << "frame " << i;
-        drawn = imageOf(cv::Mat(SIZE, CV_8UC3, cv::Scalar(0)));
-        annotation.draw(*hand.tracker, drawn);
-    }
-    cv::Mat grey;
-    cv::cvtColor(matView(drawn), grey, cv::COLOR_BGR2GRAY);
-    EXPECT_NEAR(cv::boundingRect(grey).width, 97, 4) << "of the hand and its way in 30 frames";
 }
 
 }  // namespace

@@ -4,37 +4,12 @@
 #include <tarvos/core/cvdata/MatView.h>
 
 #include <climits>
-#include <memory>
 #include <new>
 #include <tuple>
 
 using namespace tarvos::core::cvdata;
 
 namespace {
-
-/// A header over the buffer of an image of 4 x 4 grey pixels.
-struct ImageOfHeaderTest : testing::Test {
-    Image image{4, 4, Image::CHANNELS_GRAY, Image::BITS_8U};
-    IplImage header = *image.iplImage();
-};
-
-TEST_F(ImageOfHeaderTest, ThePaddingOfAPartsLastRowIsItsParents) {
-    const cv::Mat grey(10, 101, CV_8UC1, cv::Scalar::all(7)), colour(4, 6, CV_8UC3, cv::Scalar::all(7));
-    for (const cv::Mat& part : {grey.colRange(0, 100), grey.colRange(1, 101), colour(cv::Rect(2, 1, 4, 3))}) {
-        header = cvIplImage(part);
-        const Image copy(&header);
-        const unsigned char* end = copy.row(part.rows - 1) + part.cols * part.channels();
-        EXPECT_EQ(end[-1], 7);
-        EXPECT_EQ(*end, 0) << part.cols << " columns";
-    }
-}
-
-TEST(ImageTest, AnEmptyImageWithAHeaderIsCopied) {
-    Image empty;
-    empty.updateOpencvHeader();
-    EXPECT_TRUE(std::unique_ptr<Image>(empty.clone())->empty());
-    EXPECT_TRUE(Image(empty.iplImage()).empty());
-}
 
 TEST(ImageTest, AssignmentKeepsTheHeaderAndWhereItFitsTheBuffer) {
     Image target(6, 5, Image::CHANNELS_BGR, Image::BITS_8U);
@@ -63,7 +38,9 @@ TEST(ImageTest, ImpossibleSizesAreAnAllocationFailureAndChangeNothing) {
     }
 }
 
-struct ImageContractTest : ImageOfHeaderTest {
+struct ImageContractTest : testing::Test {
+    Image image{4, 4, Image::CHANNELS_GRAY, Image::BITS_8U};
+    IplImage header = *image.iplImage();  // over its buffer
     const Image empty;
 };
 
