@@ -58,26 +58,17 @@ TEST(MatrixTest, MovingLeavesNoElements) {
     EXPECT_EQ(source.cols(), 0U);
 }
 
-TEST(SquareMatrixTest, InvertsMatricesOfAnySize) {
+TEST(SquareMatrixTest, InvertsMatricesOfAnySizeInMixedUnits) {
+    const auto unit = [](unsigned int i) { return std::pow(10.0, 50.0 * i - 150.0); };
     for (unsigned int size = 0; size < 7; ++size) {
         SquareMatrix matrix(size);
-        eigenMap(matrix).setIdentity();
-        eigenMap(matrix).array() += 1.0;
+        for (unsigned int i = 0; i < size * size; ++i)
+            matrix(i / size, i % size) = (i / size == i % size ? 2.0 : 1.0) * unit(i / size) * unit(i % size);
         const SquareMatrix inverse = matrix.invert(Matrix::INVERSION_LU);
-        EXPECT_TRUE((eigenMap(matrix) * eigenMap(inverse)).isIdentity()) << size;
-    }
-}
-
-TEST(SquareMatrixTest, InvertsMatricesInMixedUnits) {
-    const std::vector<double> diagonals[] = {{1, 1e-16}, {1e10, 1e-8, 1}, {1e8, 1e-8}, {1e-9, 1e7}, {1e-300, 1e300}};
-    for (const std::vector<double>& diagonal : diagonals) {
-        const auto size = static_cast<unsigned int>(diagonal.size());
-        SquareMatrix matrix(size);
-        for (unsigned int i = 0; i < size; ++i)
-            matrix(i, i) = diagonal[i];
-        const SquareMatrix inverse = matrix.invert(Matrix::INVERSION_LU);
-        for (unsigned int i = 0; i < size; ++i)
-            EXPECT_DOUBLE_EQ(inverse(i, i), 1 / diagonal[i]);
+        for (unsigned int i = 0; i < size * size; ++i)
+            EXPECT_NEAR(inverse(i / size, i % size) * unit(i / size) * unit(i % size),
+                        (i / size == i % size ? 1.0 : 0.0) - 1.0 / (size + 1), 1e-12)
+                << "of size " << size;
     }
 }
 

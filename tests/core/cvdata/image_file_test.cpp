@@ -42,6 +42,13 @@ struct ImageFileTest : testing::Test {
     ImageFileTest() { cv::imwrite("colour.png", pixels); }
 };
 
+TEST_F(ImageFileTest, AGreyFileGetsThreeEqualChannels) {
+    ASSERT_TRUE(cv::imwrite("grey.pfm", cv::Mat(3, 5, CV_32FC1, cv::Scalar(7))));  // of which OpenCV leaves one
+    const Image loaded("grey.pfm");
+    EXPECT_EQ(cv::mean(matView(loaded)),
+              cv::mean(cv::imread("grey.pfm", cv::IMREAD_ANYCOLOR))[0] * cv::Scalar(1, 1, 1));
+}
+
 TEST_F(ImageFileTest, AnExifOrientationIsIgnored) {
     ASSERT_TRUE(image.save("plain.jpg"));
     const std::string plain = contentOf("plain.jpg");
