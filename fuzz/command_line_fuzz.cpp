@@ -14,8 +14,10 @@ namespace {
 const std::string NAMES[] = {"a", "b", "c", "", "-a", "a=1"};
 const std::string WORDS[] = {"-a", "-b", "-c", "-", "--a", "-a=1", "a", "", "1", "12 x", "-7", "-help?"};
 
+/// What is registered under a name, and read.
 struct Record {
     bool isFlag = false, isSet = false;
+    int options = 0;
     std::string value;
 };
 
@@ -32,28 +34,31 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     tarvos::core::parser::CmdLineParser parser(static_cast<int>(arguments.size()), arguments.data());
     std::map<std::string, Record> known;
     for (const std::string& name : NAMES) {
-        const int kind = input.below(3);
-        if (kind == 1)
+        const bool isFlag = input.below(2) == 1;
+        const int options = input.below(3);
+        if (isFlag)
             parser.addFlag(name, "");
-        else if (kind == 2)
+        for (int i = 0; i < options; ++i)
             parser.addOption(name, "", "7", false);
-        Input::note(name, kind == 0 ? " is unknown" : kind == 1 ? " is a flag" : " is an option");
-        if (kind > 0)
-            known[name] = {kind == 1, false, kind == 1 ? "0" : "7"};
+        Input::note(name, isFlag ? " is a flag and " : " is ", options, " options");
+        if (isFlag || options > 0)
+            known[name] = {isFlag, false, options, isFlag ? "0" : "7"};
     }
     std::vector<std::string> unknown;
     for (std::size_t i = 0; i < words.size(); ++i) {
         if (words[i].rfind('-', 0) != 0)
             continue;
-        const auto record = known.find(words[i].substr(1));
-        if (record == known.end())
+        const auto found = known.find(words[i].substr(1));
+        if (found == known.end()) {
             unknown.push_back(words[i]);
-        else if (record->second.isFlag)
-            record->second = {true, true, "1"};
-        else if (i + 1 < words.size())
-            record->second = {false, true, words[++i]};
-        else
+            continue;
+        }
+        Record& record = found->second;
+        if (i + static_cast<std::size_t>(record.options) >= words.size())
             return 0;  // which exits
+        record.value = record.isFlag ? "1" : words[i + 1];
+        record.isSet = true;
+        i += static_cast<std::size_t>(record.options);  // each takes a word, the first is read
     }
     parser.parse();
     parser.parse();  // which changes nothing

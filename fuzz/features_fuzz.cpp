@@ -6,6 +6,8 @@
 
 #include <tarvos/core/cvdata/features/VisContourSamplePts.h>
 
+#include <memory>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -28,29 +30,37 @@ void resize(Blobs& blobs, int size) {
 
 template <typename T>
 struct Pair {
-    T features[2] = {make<T>(1), make<T>(2)};
-    Members expected[2] = {members(features[0]), members(features[1])};
+    std::unique_ptr<T> features[2] = {std::make_unique<T>(make<T>(1)), std::make_unique<T>(make<T>(2))};
+    Members expected[2] = {members(*features[0]), members(*features[1])};
+    bool flags[2] = {};
 
     void step(const char* name, Input& input) {
-        const int operation = input.below(3), to = input.below(2), size = input.below(5);
-        Input::note(name, " ", to, ": ",
-                    operation == 0   ? "resize "
-                    : operation == 1 ? "change "
-                                     : "assign from ",
-                    operation == 2 ? size % 2 : size);
-        T& target = features[to];
+        static const char* const OPERATIONS[] = {"resize to ",   "change to ", "flag, ",
+                                                 "assign from ", "copy of ",   "move from "};
+        const int operation = input.below(6), to = input.below(2), size = input.below(5), from = size % 2;
+        Input::note(name, " ", to, ": ", OPERATIONS[operation], operation < 3 ? size : from);
+        T& target = *features[to];
         if (operation == 0) {
             resize(target, size);
             expected[to] = members(make<T>(size));
         } else if (operation == 1) {
             change(target, size);
             expected[to] = members(target);
-        } else {
-            target = features[size % 2];
-            expected[to] = expected[size % 2];
+        } else if (operation == 2) {
+            target.mFlag = flags[to] = from == 1;
+        } else if (operation == 3) {
+            target = *features[from];
+            expected[to] = expected[from];
+        } else if (from != to) {
+            const bool isMove = operation == 5;
+            features[to] =
+                isMove ? std::make_unique<T>(std::move(*features[from])) : std::make_unique<T>(*features[from]);
+            flags[to] = isMove && flags[from];
+            expected[to] = expected[from];
+            *features[from] = *features[to];  // of what was moved from
         }
         for (int i = 0; i < 2; ++i)
-            FUZZ_CHECK(difference(features[i], expected[i]).empty());
+            FUZZ_CHECK(difference(*features[i], expected[i]).empty() && features[i]->mFlag == flags[i]);
     }
 };
 

@@ -48,33 +48,6 @@ TYPED_TEST(ValueSemantics, AssignmentIsDeepWhateverTheSizes) {
     }
 }
 
-template <typename T>
-struct FeatureSemantics : testing::Test {};
-using Features = testing::Types<ColorGMM, ColourHist2d, Blobs>;
-TYPED_TEST_SUITE(FeatureSemantics, Features, ClassNames);
-
-TYPED_TEST(FeatureSemantics, MoveConstructionTakesEverything) {
-    TypeParam source = makeChanged<TypeParam>(3);
-    source.mFlag = true;
-    const Members before = members(source);
-    TypeParam moved(std::move(source));
-    EXPECT_EQ(difference(moved, before), "");
-    EXPECT_TRUE(moved.mFlag);
-    source = moved;
-    EXPECT_EQ(difference(source, before), "") << "assigned to what was moved from";
-}
-
-TYPED_TEST(FeatureSemantics, FlagIsClearInACopyAndStaysInAnAssignment) {
-    TypeParam flagged = make<TypeParam>(3);
-    flagged.mFlag = true;
-    EXPECT_FALSE(TypeParam(flagged).mFlag);
-    TypeParam target = make<TypeParam>(3);
-    target = flagged;
-    EXPECT_FALSE(target.mFlag);
-    flagged = target;
-    EXPECT_TRUE(flagged.mFlag);
-}
-
 struct DerivedBlobs : Blobs {
     using Blobs::operator=;
     Blobs& operator=(const Blobs& other) override {

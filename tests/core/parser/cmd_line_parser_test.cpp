@@ -20,20 +20,6 @@ const std::string HEAD =
 const std::string HELP = "-help               false               false               display a help message\n";
 const std::string LEGEND = "\n(+): mandatory argument\n(*): argument was set on commandline\n\n";
 
-TEST(CmdLineParserTest, DuplicateNames) {
-    const std::vector<const char*> words = {"app", "-both", "word", "-twice", "one", "two", "-", "dash"};
-    CmdLineParser parser = parserOf(words);
-    parser.addFlag("both", "");
-    for (const char* option : {"both", "twice", "twice", ""})
-        parser.addOption(option, "", "", false);
-    parser.parse();
-    EXPECT_EQ(parser.getValue("both"), "1") << "the flag comes first";
-    EXPECT_EQ(parser.getValue("twice"), "one");
-    EXPECT_EQ(parser.getValue(""), "dash");
-    EXPECT_THAT(captureStderr([&] { parser.printUsage(""); }),
-                testing::HasSubstr("-twice           (*)                    two "));
-}
-
 TEST(CmdLineParserTest, ConvertsWhateverTheGlobalLocale) {
     struct Comma : std::numpunct<char> {
         char do_decimal_point() const override { return ','; }
@@ -73,14 +59,6 @@ TEST(CmdLineParserTest, PrintsTheUsageTable) {
                   "-config       (+)   cfg.xml             cfg.xml             configuration file  \n"
                   "-a-name-longer-than-its-field" +
                   std::string(46, ' ') + "text                \n" + LEGEND);
-}
-
-TEST(CmdLineParserTest, NamesAMistypedMandatoryOptionBeforeItExits) {
-    const std::vector<const char*> words = {"app", "-n", "-value", "-input", "x", "-"};
-    CmdLineParser parser = parserOf(words);
-    parser.addOption("n", "", "", false);
-    parser.addOption("in", "", "", true);
-    EXPECT_THAT(parser.unknownWords(), testing::ElementsAre("-input", "-"));
 }
 
 TEST(CmdLineParserTest, Exits) {
