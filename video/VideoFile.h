@@ -28,8 +28,8 @@ public:
     /// shows in finish(). Aborts unless the frame is 8-bit CHANNELS_BGR and as large as the first, and after
     /// finish(). Frames under 16 pixels in a direction are padded with black; the video is then larger than the frame.
     void add(const core::cvdata::Image& frame);
-    /// Completes the file and decodes it again. Throws `std::runtime_error` unless every frame is there, on a full disk
-    /// for instance, and if there is none.
+    /// Completes the file and decodes it again. Throws `std::runtime_error` if a frame is missing, as on a
+    /// full disk, or if none was added.
     void finish();
 
 private:

@@ -30,7 +30,8 @@ inline constexpr ChannelLimits BGR_LIMITS{256, 256, 256};
 /// @ingroup vision
 inline constexpr ChannelLimits HSV_LIMITS{180, 256, 256};
 
-/// Counts the @p pixels, each in its entry; with a @p mask (CV_8UC1, of their size), only those where it is not 0.
+/// Adds 1 to the entry of each of the @p pixels; with a @p mask (CV_8UC1, of their size) that is not empty, only where
+/// it is not 0.
 /// @ingroup vision
 TARVOS_CORE_EXPORT void addPixels(core::cvdata::ColourHist2d& histogram, const cv::Mat& pixels,
                                   const cv::Mat& mask = {}, const ChannelLimits& limits = BGR_LIMITS);

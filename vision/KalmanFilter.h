@@ -30,9 +30,10 @@ namespace tarvos::vision {
 /// @ingroup vision
 class TARVOS_CORE_EXPORT KalmanFilter {
 public:
-    /// Starts from @p initial. @p processDeviation (units of the highest derivative per square root of a second) and
-    /// @p measurementDeviation (units of the pose) have poseDoF() elements. The initial covariance is the measurement's
-    /// for the pose and the squared process deviation for every derivative; set covariance() where that does not suit.
+    /// Starts from @p initial. @p processDeviation (the drift of the highest derivative in one second, in its units)
+    /// and @p measurementDeviation (in units of the pose) have poseDoF() elements. The initial covariance is the
+    /// measurement's for the pose and the squared process deviation for every derivative; set covariance() where that
+    /// does not suit.
     KalmanFilter(const core::State& initial, const math::Vector& processDeviation,
                  const math::Vector& measurementDeviation);
 

@@ -40,7 +40,7 @@ public:
     /// likely; an exception of the likelihood passes through, and nothing is changed.
     bool correct(const std::function<double(const core::State&)>& likelihood);
 
-    /// The estimate: the weighted mean of the particles, after a correction of those before any resampling.
+    /// The estimate: the weighted mean of the particles; after a correction, of those before they were resampled.
     const core::State& state() const { return mState; }
     /// How many equally weighted particles the estimate is worth: 1 / (sum of the squared weights), before the last
     /// correction resampled.

@@ -14,7 +14,8 @@ namespace tarvos::vision {
 ///
 /// In a record, `mBlock` is the region's box (x, y, width, height) and `mVector` the centre of that box (x, y), in
 /// pixels; `mField2` is its area in pixels, holes included, and `mField1` the index of its contour, by which maskOf()
-/// and traceOutline() find it: they abort for a record with another object's index or box. The other fields are 0.
+/// and traceOutline() find it: they abort unless there is such a contour, with the record's box. The other fields are
+/// 0.
 ///
 /// @snippet vision.cpp regions
 /// @ingroup vision

@@ -16,18 +16,19 @@ namespace tarvos::core::cvdata {
 /// a `cv::Mat` view of them for the C++ functions. An image never adopts memory of the caller's: it copies pixels.
 ///
 /// The pixels lie in one buffer, rows widthStep() bytes apart, the channel values of a pixel side by side. In an image
-/// made from a size a row is `width * channels * bytes per value` bytes, plus `(4 - width * channels mod 4) mod 4`
-/// bytes of padding; an image made from a header or a copy takes the header's stride.
+/// made from a size or a file, the n = width x channels values of a row are followed by (4 - n mod 4) mod 4 bytes of
+/// padding; its alignment is 4, although the header may say 8. An image made from a header, or a copy, has the stride
+/// and alignment of the header.
 ///
 /// Class invariant: an image is 0 x 0 without buffer and header, or row stride x rows are at most the bytes allocated
 /// and the header describes the buffer as the accessors do. setChannels, setNofChannels and updateFromOpencvHeader
-/// change only the description; call resizeMemory or updateOpencvHeader afterwards. Until then, assigning from an image
-/// whose description exceeds its buffer aborts, and no operation reads or writes outside the buffer.
+/// change only the description; where size, depth or number of channels change, call resizeMemory (for new pixels) or
+/// updateOpencvHeader. Until then, assigning from an image whose description exceeds its buffer aborts, and no
+/// operation reads or writes outside the buffer.
 ///
 /// Sizes that no image can have (a negative width or height, or more than 2^31 - 1 bytes, the most an OpenCV header
-/// counts) and allocation failures, including those in opencv_core, throw `std::bad_alloc` or a class derived from it.
-/// When an operation throws, its target is unchanged. In a codec, an allocation failure may also make the file fail to
-/// load, or exit.
+/// counts) and allocation failures, also in opencv_core, throw `std::bad_alloc` or a class derived from it, and leave
+/// the target unchanged. In a codec, an allocation failure may also make the file fail to load, or exit.
 ///
 /// @snippet image.cpp image
 /// @ingroup images
@@ -92,11 +93,10 @@ public:
     /// Channels of a pixel: 1, 3 or 4.
     virtual int nofChannels() const { return mDescription.nofChannels; }
 
-    /// Copies pixels, size, layout, depth and alignment; the time stamp stays. There is no move assignment. The stride
-    /// is recomputed as for an image made from a size. Between images of equal size, layout, depth and alignment the
-    /// buffer stays if it is large enough, so that frames are copied without an allocation; if the strides are equal as
-    /// well, the header keeps its region of interest, and the padding is copied (otherwise it is 0). The header always
-    /// stays.
+    /// Copies pixels, size, layout, depth and alignment; the time stamp and the header object stay. There is no move
+    /// assignment. The stride is recomputed as for an image made from a size. Between images of equal size, layout,
+    /// depth and alignment the buffer stays if it is large enough, so that frames are copied without an allocation; if
+    /// both have the recomputed stride, the region of interest stays, too, and padding is copied (otherwise it is 0).
     Image& operator=(const Image& image);
 
     /// True for an image without pixels: width() or height() is 0.
@@ -118,14 +118,14 @@ public:
     unsigned char* row(int y) const;
     /// The OpenCV header over the buffer, owned by the image; null without a buffer. Its row stride is widthStep();
     /// for an image of one row, OpenCV reports the row without padding. Where the stride is not a multiple of a value's
-    /// bytes (wider than 8 bits, and width x channels is no multiple of the alignment), OpenCV silently computes wrong
-    /// results on it: read and write `imageData` row by row, or take `matCopy(image)` of MatView.h.
+    /// bytes (possible where those are several, and width x channels is no multiple of the alignment), OpenCV silently
+    /// computes wrong results on it: read and write `imageData` row by row, or take `matCopy(image)` of MatView.h.
     IplImage* iplImage() const noexcept { return mIplImage.get(); }
 
     /// Writes the image to the file at @p path in the format of its extension: .png, .jpg, .jpeg, .jpe, .bmp, .dib,
     /// .tif, .tiff, .webp, .pbm, .pgm, .ppm, .pnm, .pxm or .pam. The layout is converted to the file's channel order; a
     /// depth that the format lacks is converted to 8 bits, as OpenCV does. The file is written whole or not at all:
-    /// once complete, it replaces a regular file of that name (keeping its permissions throughout) or a link itself.
+    /// once complete, it replaces a regular file of that name (keeping its permissions), or a link but not its target.
     ///
     /// False, with "ERROR: Could not save image: ", the path and the reason on standard error, if that fails: an empty
     /// image, an unknown extension, channels that the format lacks, a full disk. Throws only `std::bad_alloc`.

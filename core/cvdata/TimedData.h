@@ -5,7 +5,7 @@
 namespace tarvos::core::cvdata {
 
 /// Vision data with a time stamp. The library gives the stamp no unit and no epoch and never sets it: the code that
-/// produces the data does. Copies of this base, and assignments, which check the tags, take it over; Image's do not.
+/// produces the data does. Copies and assignments, whose tags must agree, copy the stamp; those of Image do not.
 /// @ingroup images
 class TARVOS_CORE_EXPORT TimedData : public CvData {
 public:

@@ -12,8 +12,8 @@ namespace tarvos::core::imagefiles {
 /// The pixels of the image file at @p path as `cv::imread` decodes them to 8-bit BGR, or an empty matrix.
 cv::Mat read(const std::string& path);
 
-/// Writes @p pixels, packed and with red before blue if @p redFirst, to @p path in the format of its extension. The
-/// reason if that fails, otherwise nothing; whatever was at @p path is then unchanged.
+/// Writes @p pixels, packed and with red before blue if @p redFirst, to @p path in the format of its extension. An
+/// empty text, or the reason why that failed; what was at @p path is then unchanged.
 std::string write(const std::string& path, const cv::Mat& pixels, bool redFirst);
 
 /// What the module does.

@@ -20,8 +20,8 @@ namespace tarvos::core::parser {
 ///
 /// The flag "help" is always registered. Words that match no name are ignored; unknownWords() has those that began with
 /// "-". An option takes its next word whatever it is, also one with a "-"; if it is given twice, the last one counts.
-/// Of several records of one name, parse() sets all, each option taking one more word; the first flag, or else the
-/// first option, is read.
+/// If a name is registered several times, parse() sets all of them, each option taking one more word; the first flag,
+/// or else the first option, is read.
 /// @ingroup utilities
 class TARVOS_CORE_EXPORT CmdLineParser {
 public:

@@ -59,15 +59,15 @@ public:
 
     /// A model of skin colour: two components over hue and saturation. The channels are those of OpenCV's 8-bit HSV
     /// with red and blue exchanged (`cv::COLOR_RGB2HSV` applied to BGR pixels): skin lies near hue 111 to 117 of 180
-    /// and saturation 112 to 115 of 255. Values and determinants are the constants of that fitted model, in single
-    /// precision; the inverse covariances are computed.
+    /// and saturation 112 to 115 of 255. Means, covariances, weights and determinants are a fitted model's constants in
+    /// single precision; the inverse covariances are computed.
     static ColorGMM skin();
     /// Replaces the components by those of skin() and prints them to standard output in a single write, with the
     /// stream's precision. When it throws, this model is unchanged.
     void initSkinDistribution();
 
     std::vector<boost::shared_ptr<GM>> mMixtures;  ///< component 1 at index 0; no slot may be null
-    /// A small positive constant for the model's users, for instance the density below which a colour does not match.
+    /// A small positive constant, 5e-7F at first, for the model's users; `vision/Mixture.h` does not use it.
     double mEpsilon;
 
 protected:

@@ -13,9 +13,8 @@ using namespace tarvos::vision;
 constexpr int BINS[] = {20, 16, 8};
 /// Bins of value below this one have no colour to speak of: hue and saturation are noise there.
 constexpr unsigned int MIN_VALUE_BIN = 1;
-/// A bin belongs to the hand unless its count around the hand is at least this many times the one in the hand: the
-/// surroundings are much larger, and of the regions with the hand's colours the one nearest to where it should be is
-/// taken.
+/// A bin belongs to the hand unless its count around the hand is at least this many times the one in the hand: many,
+/// since the surroundings are large, and since regions of like colours elsewhere do little harm to a track.
 constexpr double FAVOUR = 25.0;
 /// The surroundings start this share of the known box's extent away from it.
 constexpr double MARGIN = 0.15;

@@ -14,7 +14,8 @@ using tarvos::math::Vector;
 
 /// Standard deviation of a measured edge, in pixels: the edge of a hand is ragged.
 constexpr double MEASUREMENT_DEVIATION = 2.0;
-/// How far the highest derivative of a hand's motion drifts in a second, in picture widths: a hand starts at once.
+/// How far the highest derivative of a hand's motion drifts in a second, in picture widths: much, since a hand starts
+/// suddenly.
 constexpr double DRIFT = 0.8;
 
 Vector measured(const cv::Rect2d& box) {

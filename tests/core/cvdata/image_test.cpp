@@ -38,7 +38,7 @@ struct ImageContractTest : testing::Test {
 
 TEST_F(ImageContractTest, AbortsOnAnInvalidLayoutOrDepth) {
     EXPECT_DEATH(Image(2, 2, static_cast<Image::ColorChannels>(6), Image::BITS_8U),
-                 "not supported number of mChannels");
+                 "Assertion `false && \"not supported number of mChannels\"' failed");
     EXPECT_DEATH(Image(2, 2, Image::CHANNELS_BGR, static_cast<Image::BitsPerChannel>(24)), "depth is not implemented!");
     header.depth = IPL_DEPTH_1U;
     EXPECT_DEATH(Image copy(&header), "depth is not implemented!");
