@@ -36,10 +36,9 @@ Vector meanOf(const Matrix& particles, const Vector& weights) {
     return mean;
 }
 
-/// The same number of particles, drawn in proportion to their weights: systematic resampling, from one random @p offset
+/// Fills @p chosen with particles in proportion to their weights: systematic resampling, from one random @p offset
 /// below 1 (Kitagawa, "Monte Carlo Filter and Smoother for Non-Gaussian Nonlinear State Space Models", 1996).
-Matrix resampled(const Matrix& particles, const Vector& weights, double offset) {
-    Matrix chosen(particles.rows(), particles.cols());
+void resample(const Matrix& particles, const Vector& weights, double offset, Matrix& chosen) {
     unsigned int source = 0;
     double upTo = weights[0];
     for (unsigned int i = 0; i < chosen.rows(); ++i) {
@@ -47,7 +46,6 @@ Matrix resampled(const Matrix& particles, const Vector& weights, double offset) 
             upTo += weights[++source];
         eigenMap(chosen).row(i) = eigenMap(particles).row(source);
     }
-    return chosen;
 }
 
 }  // namespace
@@ -122,18 +120,15 @@ bool ParticleFilter::correct(const std::function<double(const State&)>& likeliho
     shares /= sum;
     const double effective = 1.0 / shares.square().sum();
     const bool isResampling = effective < weights.rows() / 2.0;
-    cv::RNG random = mRandom;
-    Matrix chosen;
-    if (isResampling)
-        chosen = resampled(mParticles, weights, random.uniform(0.0, 1.0));
+    Matrix chosen(isResampling ? mParticles.rows() : 0, mParticles.cols());
     mState.setIncDataFromVector(meanOf(mParticles, weights), -1);
     if (isResampling) {
+        resample(mParticles, weights, mRandom.uniform(0.0, 1.0), chosen);
         mParticles = std::move(chosen);
         shares = 1.0 / weights.rows();
     }
     mWeights = std::move(weights);
     mEffective = effective;
-    mRandom = random;
     return true;
 }
 

@@ -90,7 +90,8 @@ TEST_F(FilesystemTest, RmDoesNotFollowSymlinks) {
         Filesystem::rm(path);
     EXPECT_EQ(entriesOf("."), 1) << "what was linked to";
     for (const std::string path : {"kept/.", "kept/sub/..", "."})
-        EXPECT_THAT(messageOf([&] { Filesystem::rm(path); }), StartsWith("Filesystem exception: rm(" + path + ") "));
+        EXPECT_THAT(messageOf([&] { Filesystem::rm(path); }),
+                    StartsWith("Filesystem exception: rm(" + path + ") failed with filesystem error: will not remove"));
     EXPECT_TRUE(Filesystem::exists("kept/file"));
 }
 
