@@ -35,7 +35,8 @@ public:
 
     /// Reads the next frame into @p frame, whose time stamp stays. False, with @p frame unchanged, at the end,
     /// where a video's next frame cannot be decoded, and where the camera delivers none. (A truncated video ends this
-    /// way, number() + 1 being below frameCount().) Throws `std::runtime_error` if the frames are not 8-bit colour.
+    /// way, number() + 1 being below a frameCount() that is stated.) Throws `std::runtime_error` if the frames are not
+    /// 8-bit colour.
     virtual bool read(core::cvdata::Image& frame) = 0;
     /// The time of the frame read last, in seconds since the first; it increases from frame to frame. 0 before the
     /// first. For a video, by its own time stamps, which need not be evenly spaced (by the frame rate where they are

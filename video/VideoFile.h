@@ -11,7 +11,7 @@ namespace tarvos::video {
 /// A video that is written frame by frame, as Motion JPEG in an AVI file, which every player reads. Neither copyable
 /// nor movable.
 ///
-/// The file is complete, and checked, once finish() returns; without it, it is whatever was written by then.
+/// Once finish() returns, the file is complete and checked; otherwise it may be incomplete.
 ///
 /// @snippet video.cpp file
 /// @ingroup video

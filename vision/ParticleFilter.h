@@ -16,7 +16,7 @@ namespace tarvos::vision {
 /// box.
 ///
 /// The likelihood is evaluated by several threads at once (`cv::parallel_for_`; `cv::setNumThreads(1)`
-/// makes it one), each with a State of its own, for which the pose's clone() is called by them too. The same seed gives
+/// makes it one), each with a State of its own, so that the pose's clone() runs concurrently, too. The same seed gives
 /// the same particles whatever the number of threads.
 ///
 /// Aborts for: vectors of the wrong size; deviations that are negative or not finite; no particles; a time before the

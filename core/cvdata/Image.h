@@ -64,8 +64,8 @@ public:
     /// ignored. A three-channel header whose sequence starts neither with BG nor with R is read as CHANNELS_BGR.
     ///
     /// The last row's padding is copied if the stride is the one that OpenCV would choose; otherwise the header may
-    /// describe a part of a larger image, and the padding is 0. A part that has that stride by chance (101 of 104 grey
-    /// columns) looks like a whole image: pass its `cv::Mat` to `imageOf` of MatView.h instead.
+    /// describe a part of a larger image, and it is 0. A part that has that stride by chance (101 of
+    /// 104 grey columns) looks like a whole image: pass its `cv::Mat` to `imageOf` of MatView.h instead.
     ///
     /// Aborts when @p image is null, when it has rows but no data, when it has not 1, 3 or 4 channels, or when its
     /// depth is outside BitsPerChannel. Throws `cv::Exception` for a stride shorter than a row.
@@ -96,7 +96,7 @@ public:
     /// Copies pixels, size, layout, depth and alignment; the time stamp and the header object stay. There is no move
     /// assignment. The stride is recomputed as for an image made from a size. Between images of equal size, layout,
     /// depth and alignment the buffer stays if it is large enough, so that frames are copied without an allocation; if
-    /// both have the recomputed stride, the region of interest stays, too, and padding is copied (otherwise it is 0).
+    /// this image has the recomputed stride, its region of interest stays, too. Padding is copied if @p image has it.
     Image& operator=(const Image& image);
 
     /// True for an image without pixels: width() or height() is 0.
@@ -114,7 +114,7 @@ public:
     /// The first pixel of the first row; null without a buffer. It stays until resizeMemory(), a move, any assignment
     /// to a TiledImage, or an assignment that changes size, layout, depth or alignment or needs a larger buffer.
     unsigned char* imageBuffer() const noexcept { return mImageBuffer.get(); }
-    /// The first pixel of row @p y, counted from 0. Aborts unless the buffer holds that row.
+    /// The first pixel of row @p y, counted from 0. Aborts for another row, or unless the buffer holds all.
     unsigned char* row(int y) const;
     /// The OpenCV header over the buffer, owned by the image; null without a buffer. Its row stride is widthStep();
     /// for an image of one row, OpenCV reports the row without padding. Where the stride is not a multiple of a value's

@@ -12,7 +12,7 @@ namespace tarvos::core::cvdata {
 /// A view of the pixels of @p image for OpenCV's C++ functions: no pixel is copied, and writes reach the image, whose
 /// region of interest is ignored. Empty for an empty image. Aborts where the stride is not a multiple of a value's
 /// bytes, on which OpenCV computes wrong results (see Image::iplImage()); matCopy() serves there. Valid until the
-/// buffer is replaced (see Image::imageBuffer(); resizeMemory() always does) or the image moved from or destroyed.
+/// buffer (see Image::imageBuffer()) or widthStep() changes, or the image is moved from or destroyed.
 /// @ingroup images
 TARVOS_CORE_EXPORT cv::Mat matView(Image& image);
 /// A read-only view of the pixels of @p image. Copying the result drops constness.

@@ -23,9 +23,9 @@ public:
     /// Creates one directory. False if it exists already. Throws the file system's error, also when the parent is
     /// missing or a file has that name.
     static bool mkdir(std::string path);
-    /// Removes a file, a link, or a directory with everything below it. Symlinks are removed, never followed, not even
-    /// one with a slash after its name. True, even if there was nothing to remove. Throws Exception, also for "." and
-    /// ".." and for a tree deeper than the limit of open files, a part of which may then be gone.
+    /// Removes a file, a link, or a directory with everything below it. Symlinks are removed, never followed; a slash
+    /// behind one to a directory is ignored. True, even if there was nothing to remove. Throws Exception, also for "."
+    /// and ".." and for a tree deeper than the limit of open files, a part of which may then be gone.
     static bool rm(std::string path);
     /// Whether there is anything at @p path, links followed. Throws the file system's error when that is unknown.
     static bool exists(std::string path);

@@ -12,8 +12,7 @@ using tarvos::math::Vector;
 
 int main(int argc, char** argv) {
     const auto source = tarvos::video::FrameSource::open(argc > 1 ? argv[1] : ".");
-    // x, y, width and height drift so many pixels a second in a second; a measurement is 5 pixels
-    // off.
+    // In 1 s the velocities drift by so many pixels a second; a measurement is 5 pixels off.
     KalmanFilter filter(tarvos::core::State(tarvos::core::cvdata::VectorPose(4), 2),
                         Vector::of(500, 500, 100, 100), Vector::of(5, 5, 5, 5));
     bool isFound = false;

@@ -45,6 +45,13 @@ struct VideoTest : testing::Test {
         EXPECT_EQ(blue(), track.seen.back()) << "the frame is changed at the end";
         return track;
     }
+    /// A video of frames from @p first on to before @p end.
+    static void write(const char* path, double rate, int first, int end) {
+        VideoFile video(path, rate);
+        for (int number = first; number < end; ++number)
+            video.add(imageOf(frame(number)));
+        video.finish();
+    }
     static void expectEvenTimes(const std::vector<double>& times, std::size_t count, double rate) {
         ASSERT_EQ(times.size(), count);
         for (std::size_t i = 0; i < count; ++i)
@@ -106,10 +113,7 @@ TEST_F(VideoTest, WhatCannotBeUsedIsNamedAndLeavesAGap) {
 }
 
 TEST_F(VideoTest, AVideoIsReadAsItWasWritten) {
-    VideoFile video("12:30.avi", 12.5);  // a protocol for FFmpeg
-    for (int number = 1; number < 9; ++number)
-        video.add(imageOf(frame(number)));
-    video.finish();
+    write("12:30.avi", 12.5, 1, 9);  // a protocol for FFmpeg
     const auto source = FrameSource::open("12:30.avi");
     EXPECT_EQ(source->frameCount(), 8);
     EXPECT_EQ(source->frameRate(), 12.5);
@@ -120,10 +124,7 @@ TEST_F(VideoTest, AVideoIsReadAsItWasWritten) {
 }
 
 TEST_F(VideoTest, AVideosTimesAreThoseOfItsStamps) {
-    VideoFile video("even.avi", 10.0);
-    for (int number = 1; number < 6; ++number)
-        video.add(imageOf(frame(number)));
-    video.finish();
+    write("even.avi", 10.0, 1, 6);
     std::string bytes = contentOf("even.avi");
     bytes.replace(bytes.rfind("idx1"), 4, "JUNK");  // by which the frames would be found
     const std::string chunk("00dc");
@@ -170,18 +171,12 @@ TEST_F(VideoTest, AnInputThatCannotBeUsedIsRefusedWithTheReason) {
 }
 
 TEST_F(VideoTest, AVideoThatIsNotWholeIsAnError) {
-    const auto write = [](const char* path) {
-        VideoFile video(path, 25.0);
-        for (int number = 0; number < 8; ++number)
-            video.add(imageOf(frame(number)));
-        video.finish();
-        return true;
-    };
     for (int i = 0; i < 2; ++i)  // the second replaces the first
-        EXPECT_TRUE(write("whole.avi"));
+        EXPECT_NO_THROW(write("whole.avi", 25.0, 0, 8));
     expectFailureOnAFullDisk("a video", [&]() -> bool {
         try {
-            return write("cut.avi");
+            write("cut.avi", 25.0, 0, 8);
+            return true;
         } catch (const std::runtime_error&) {
             return false;
         }

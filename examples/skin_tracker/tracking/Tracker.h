@@ -38,7 +38,7 @@ public:
     const MotionFilter& motion() const { return *mMotion; }
     /// The predicted centre of the hand in the last frame.
     cv::Point2d predictedCentre() const { return mPredictedCentre; }
-    /// The regions of the hand's colours in the last frame: near the hand, or all if it was not found there.
+    /// The regions of the hand's colours in the last frame: near the hand, or all if it was not found there whole.
     const tarvos::core::cvdata::Blobs& blobs() const { return mBlobs; }
     /// Area of the hand in pixels in the last frame, 0 if it was not found.
     int area() const { return mFound ? mArea : 0; }
