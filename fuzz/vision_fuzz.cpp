@@ -9,6 +9,7 @@
 #include <tarvos/math/MatView.h>
 #include <tarvos/vision/Histogram.h>
 #include <tarvos/vision/KalmanFilter.h>
+#include <tarvos/vision/Mixture.h>
 #include <tarvos/vision/Regions.h>
 
 #include <cmath>
@@ -133,6 +134,36 @@ void checkRegions(Input& input) {
     }
 }
 
+/// Densities of random mixtures, by the formula of the normal distribution.
+void checkMixture(Input& input) {
+    const int dim = 1 + input.below(4), count = 1 + input.below(3);
+    tarvos::core::cvdata::ColorGMM mixture(static_cast<std::size_t>(count), static_cast<std::size_t>(dim));
+    for (const auto& component : mixture.mMixtures) {
+        const cv::Mat root = noise(input, dim, dim, CV_64F, 20);
+        const cv::Mat covariance = root * root.t() + cv::Mat::eye(dim, dim, CV_64F);
+        covariance.copyTo(matView(component->mCovariance));
+        component->mCovarianceInverse = component->mCovariance.invert(tarvos::math::Matrix::INVERSION_LU);
+        component->mDeterminant = static_cast<float>(cv::determinant(covariance));
+        component->mWeight = 0.01F * input.byte();
+        for (double& element : component->mMean)
+            element = input.byte();
+    }
+    const cv::Mat pixels = noise(input, 5, 4, CV_8UC4, 256), densities = density(mixture, pixels);
+    Input::note("a mixture of ", count, " in ", dim, " dimensions");
+    for (int i = 0; i < 20; ++i) {
+        cv::Mat colour;
+        cv::Mat(pixels.at<cv::Vec4b>(i / 5, i % 5)).rowRange(0, dim).convertTo(colour, CV_64F);
+        double expected = 0.0;
+        for (const auto& component : mixture.mMixtures) {
+            const double distance =
+                cv::Mahalanobis(colour, matView(component->mMean), matView(component->mCovarianceInverse));
+            expected += component->mWeight * std::exp(-distance * distance / 2) /
+                        std::sqrt(std::pow(2 * CV_PI, dim) * component->mDeterminant);
+        }
+        FUZZ_CHECK(std::abs(densities.at<float>(i / 5, i % 5) - expected) < 1e-6 + 1e-4 * expected);
+    }
+}
+
 void checkFilter(Input& input) {
     const int dof = 1 + input.below(4), order = 1 + input.below(4), size = dof * order;
     const auto numbers = [&](int count) {
@@ -141,13 +172,25 @@ void checkFilter(Input& input) {
             element = 0.1 * (1 + input.byte());
         return vector;
     };
-    KalmanFilter filter(State(VectorPose(dof), order), numbers(dof), numbers(dof)), twice = filter;
+    const Vector drift = numbers(dof), error = numbers(dof);
+    KalmanFilter filter(State(VectorPose(dof), order), drift, error), twice = filter;
     const double time = 0.01 * (1 + input.byte());
     Input::note("filter of ", dof, " degrees of freedom, order ", order, ", over ", time, " s");
     filter.predict(time);
+    const double scale = cv::norm(matView(filter.covariance()), cv::NORM_INF);
+    const auto taylor = [&](int k) { return k < 0 ? 0.0 : std::pow(time, k) / std::tgamma(k + 1); };
+    for (int i = 0; i < order * order * dof; ++i) {
+        const int row = i / dof / order, col = i / dof % order, element = i % dof;
+        double expected = std::pow(drift[static_cast<unsigned int>(element)], 2) * time * taylor(order - 1 - row) *
+                          taylor(order - 1 - col) / (2 * order - 1 - row - col);
+        for (int k = 0; k < order; ++k)  // from the initial variances
+            expected += taylor(k - row) * taylor(k - col) *
+                        std::pow((k == 0 ? error : drift)[static_cast<unsigned int>(element)], 2);
+        const double covariance = matView(filter.covariance()).at<double>(row * dof + element, col * dof + element);
+        FUZZ_CHECK(std::abs(covariance - expected) < 1e-12 * scale);
+    }
     twice.predict(time * input.below(256) / 256);
     twice.predict(time);
-    const double scale = cv::norm(matView(filter.covariance()), cv::NORM_INF);
     FUZZ_CHECK(cv::norm(matView(filter.covariance()), matView(twice.covariance()), cv::NORM_INF) < 1e-12 * scale);
 
     const int measured = input.below(dof + 1);  // combinations of the pose's elements; 0 stands for the pose itself
@@ -183,6 +226,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     Input input(bytes, size);
     checkHistogram(input);
     checkRegions(input);
+    checkMixture(input);
     checkFilter(input);
     return 0;
 }

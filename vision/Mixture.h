@@ -7,7 +7,8 @@
 namespace tarvos::vision {
 
 /// @file
-/// Gaussian mixtures over colours: evaluate one, mark skin, learn one from samples.
+/// Gaussian mixtures over colours: evaluate one, mark skin, learn one from samples, as the guide "Colours of your own"
+/// does.
 ///
 /// @snippet vision.cpp mixture
 

@@ -4,6 +4,7 @@
 
 #include "support/Files.h"
 #include "support/Output.h"
+#include "support/Poses.h"
 #include "support/Values.h"
 
 #include <tarvos/core/util/Filesystem.h>
@@ -149,14 +150,8 @@ void sweepFiles(Operation operation) {
 }
 
 #ifdef TARVOS_WITH_VISION
-Vector tens(unsigned int count) {
-    Vector vector(count);
-    vector.fill(10.0);
-    return vector;
-}
-
-const tarvos::vision::KalmanFilter KALMAN(makeChanged<State>(2), tens(12), tens(12));
-const tarvos::vision::ParticleFilter PARTICLES(makeChanged<State>(2), 10, tens(36), tens(12));
+const tarvos::vision::KalmanFilter KALMAN(makeChanged<State>(2), all(12, 10.0), all(12, 10.0));
+const tarvos::vision::ParticleFilter PARTICLES(makeChanged<State>(2), 10, all(36, 10.0), all(12, 10.0));
 #endif
 
 using Operation = std::pair<std::string, void (*)()>;
@@ -164,14 +159,12 @@ using Operation = std::pair<std::string, void (*)()>;
 const Operation OPERATIONS[] = {
     {"ImageCopy", [] { sweepOn<Image>([](Image& image) { Image copy(image); }); }},
     {"ImageAssignment", sweepAssignment<Image>},
-    {"ImageResize", [] { sweepOn<Image>([](Image& image) { image.resizeMemory(99, 30); }); }},
     {"TiledImageAssignment", sweepAssignment<TiledImage>},
     {"BlobsAssignment", sweepAssignment<Blobs>},
     {"BlobsAddBlob", [] { sweepOn<Blobs>([](Blobs& blobs) { blobs.addBlob(); }); }},
     {"ColorGmmAssignment", sweepAssignment<ColorGMM>},
     {"HistogramAssignment", sweepAssignment<ColourHist2d>},
     {"HistogramSetBins", [] { sweepOn<ColourHist2d>([](ColourHist2d& bins) { bins.setBins(5, 5, 5); }); }},
-    {"StateClone", [] { sweepOn<State>([](State& state) { delete state.clone(); }); }},
     {"StateUnpack", [] { sweepOn<State>([](State& state) { state.setDataFromVector(Vector(36), -1); }); }},
     {"FilesystemCp", [] { sweepFiles([](Image&) { return Filesystem::cp("image.ppm", LONG); }); }},
 #ifdef TARVOS_WITH_VISION
@@ -181,7 +174,7 @@ const Operation OPERATIONS[] = {
          sweepOn<ColourHist2d>([&](ColourHist2d& bins) { tarvos::vision::addPixels(bins, pixels); });
      }},
     {"KalmanPredict", [] { sweepOn(KALMAN, [](auto& filter) { filter.predict(99.0); }); }},
-    {"KalmanCorrect", [] { sweepOn(KALMAN, [](auto& filter) { filter.correct(tens(12)); }); }},
+    {"KalmanCorrect", [] { sweepOn(KALMAN, [](auto& filter) { filter.correct(all(12, 10.0)); }); }},
     {"ParticlesPredict", [] { sweepOn(PARTICLES, [](auto& filter) { filter.predict(99.0); }); }},
     {"ParticlesCorrect",
      [] {

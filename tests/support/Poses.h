@@ -42,6 +42,13 @@ private:
     Vector mOwnIncData;
 };
 
+/// A vector of @p count elements @p value.
+inline tarvos::math::Vector all(int count, double value) {
+    tarvos::math::Vector vector(static_cast<unsigned int>(count));
+    vector.fill(value);
+    return vector;
+}
+
 inline std::vector<double> elementsOf(const tarvos::math::Matrix& matrix) {
     return {matrix.begin(), matrix.end()};
 }

@@ -83,26 +83,10 @@ TEST(MixtureTest, SamplesWithoutAVolumeAreAnError) {
     EXPECT_THROW(fitMixture(cv::Mat(0, 3, CV_8U), 1), std::runtime_error);
 }
 
-TEST(MixtureTest, TheDensityIsThatOfTheComponents) {
-    const ColorGMM mixture = fitMixture(samplesOf(500, CV_8U), 2);
-    cv::Mat pixels(3, 4, CV_8UC4, cv::Scalar(60, 65, 70, 255));
-    pixels.at<cv::Vec4b>(2, 3) = cv::Vec4b(200, 210, 220, 7);
-    const cv::Mat densities = density(mixture, pixels);
-    for (const cv::Point& place : {cv::Point(0, 0), cv::Point(3, 2)}) {
-        const auto& pixel = pixels.at<cv::Vec4b>(place);
-        double expected = 0.0;
-        for (const auto& component : mixture.mMixtures)
-            expected += component->mWeight *
-                        std::exp(-squaredDistance(*component, Eigen::Vector3d(pixel[0], pixel[1], pixel[2])) / 2) /
-                        std::sqrt(std::pow(2 * CV_PI, 3) * component->mDeterminant);
-        EXPECT_NEAR(densities.at<float>(place) / expected, 1.0, 1e-5) << place;
-    }
-    EXPECT_EQ(cv::countNonZero(density(ColorGMM(0, 3), pixels)), 0) << "no components";
-}
-
 TEST(MixtureTest, AbortsOnWhatItCannotEvaluate) {
     const cv::Mat pixels(2, 2, CV_8UC3, cv::Scalar::all(0));
     const ColorGMM skin = ColorGMM::skin();
+    EXPECT_EQ(cv::countNonZero(density(ColorGMM(0, 3), pixels)), 0) << "no components";
     EXPECT_DEATH(density(skin, cv::Mat(2, 2, CV_8UC1)), "too few channels");
     EXPECT_DEATH(density(ColorGMM(1, 2), pixels), "no determinant above 0");
     ColorGMM mixed = skin;

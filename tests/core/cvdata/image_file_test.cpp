@@ -12,7 +12,6 @@
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
-#include <utility>
 
 using namespace tarvos::core::cvdata;
 namespace fs = std::filesystem;
