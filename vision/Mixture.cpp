@@ -66,7 +66,9 @@ cv::Ptr<cv::ml::EM> trained(const cv::Mat& samples, int components) {
     try {
         if (model->trainEM(samples))
             return model;
-    } catch (const cv::Exception&) {  // of samples whose squares a float does not hold, say
+    } catch (const cv::Exception& error) {  // of samples whose squares a float does not hold, say
+        if (error.code == cv::Error::StsNoMem)
+            throw;
     }
     throw std::runtime_error("fitMixture: OpenCV finds no mixture of these samples");
 }

@@ -140,8 +140,8 @@ public:
     /// description exceeds the buffer or a size is negative. A stride shorter than a row is OpenCV's `cv::Exception`,
     /// and the header is unchanged.
     void updateOpencvHeader();
-    /// Takes size, layout, depth, alignment and stride from @p image, but no pixels. An unknown channel order or count
-    /// leaves the layout unchanged. Aborts when @p image is null or its depth is outside BitsPerChannel.
+    /// Takes size, layout, depth, alignment and stride from @p image, but no pixels. An unknown order of three
+    /// channels, or another count, leaves the layout. Aborts for null, and for a depth outside BitsPerChannel.
     void updateFromOpencvHeader(const IplImage* image);
     /// Gives the image a new buffer for the new size, not initialised, even if the size stays the same.
     void resizeMemory(int width, int height);

@@ -27,8 +27,8 @@ public:
     TiledImage(TiledImage&& image) noexcept = default;
 
     /// Copies grid, pixels, stride and alignment into a new buffer; there is no move assignment. The layout is what
-    /// the channel sequence of the other's header says, and stays if that is unknown. The time stamp and the header
-    /// object stay. Aborts when @p image has no header.
+    /// the channel sequence of the other's header says, and stays if that is unknown (and not of four channels). The
+    /// time stamp and the header object stay. Aborts when @p image has no header.
     TiledImage& operator=(const TiledImage& image);
 
     /// Copies @p img, which the caller keeps, into the cell at (@p cellRow, @p cellCol), counted from 0. A region of

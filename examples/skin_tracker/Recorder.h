@@ -24,7 +24,7 @@ public:
     /// Whether @p input is one of the files that a run with @p output replaces or removes.
     static bool replaces(const std::string& input, const std::string& output);
 
-    /// Records what @p tracker found in frame @p number at @p time, and @p frame, which is annotated.
+    /// Records what @p tracker found in frame @p number at @p time, and the annotated @p frame.
     void add(int number, double time, const Tracker& tracker, const tarvos::core::cvdata::Image& frame);
     /// Writes and publishes everything; returns the paths. Throws `std::runtime_error` if that fails.
     std::vector<std::string> publish();
