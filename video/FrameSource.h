@@ -39,8 +39,8 @@ public:
     /// 8-bit colour.
     virtual bool read(core::cvdata::Image& frame) = 0;
     /// The time of the frame read last, in seconds since the first; it increases from frame to frame. 0 before the
-    /// first. For a video, by its own time stamps, which need not be evenly spaced (by the last gap, at first the
-    /// frame rate's, where they make no sense); for a directory, by the rate; for a camera, when the frame arrived.
+    /// first. For a video, by its own time stamps, which need not be evenly spaced (where they make no sense, by
+    /// the last gap, at first the frame rate's); for a directory, by the rate; for a camera, when the frame arrived.
     virtual double time() const = 0;
     /// Frames per second, on average in a video whose frames are not evenly spaced. 25 if the input states no plausible
     /// rate.

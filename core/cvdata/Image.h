@@ -63,8 +63,8 @@ public:
     /// A copy of the pixels that @p image describes, with its stride and alignment. Region of interest and origin are
     /// ignored. A three-channel header whose sequence starts neither with BG nor with R is read as CHANNELS_BGR.
     ///
-    /// The last row's padding is copied if the stride is the one that OpenCV would choose; otherwise the header may
-    /// describe a part of a larger image, and it is 0. A part that has that stride by chance (101 of
+    /// The last row's padding is copied if the stride is the one that OpenCV would choose; otherwise it is 0,
+    /// since the header may describe a part of a larger image. A part that has that stride by chance (101 of
     /// 104 grey columns) looks like a whole image: pass its `cv::Mat` to `imageOf` of MatView.h instead.
     ///
     /// Aborts when @p image is null, when it has rows but no data, when it has not 1, 3 or 4 channels, or when its
@@ -94,9 +94,10 @@ public:
     virtual int nofChannels() const { return mDescription.nofChannels; }
 
     /// Copies pixels, size, layout, depth and alignment; the time stamp and the header object stay. There is no move
-    /// assignment. The stride is recomputed as for an image made from a size. Between images of equal size, layout,
+    /// assignment. The stride is recomputed with that alignment. Between images of equal size, layout,
     /// depth and alignment the buffer stays if it is large enough, so that frames are copied without an allocation; if
-    /// this image has the recomputed stride, its region of interest stays, too. Padding is copied if @p image has it.
+    /// this image has the recomputed stride, its region of interest stays, too. Padding is copied if @p image has that
+    /// stride.
     Image& operator=(const Image& image);
 
     /// True for an image without pixels: width() or height() is 0.

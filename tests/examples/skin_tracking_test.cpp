@@ -136,7 +136,7 @@ TEST(MosaicTest, SpreadsSixteenFramesEvenly) {
     const auto composed = mosaic.compose();
     for (int cell = 0; cell < 16; ++cell) {
         const cv::Vec3b pixel = matView(composed).at<cv::Vec3b>(244 * (cell / 4) + 122, 324 * (cell % 4) + 162);
-        EXPECT_NEAR(pixel[0], cell * 199 / 15, 6) << "cell " << cell;
+        ASSERT_NEAR(pixel[0], cell * 199 / 15, 6) << "cell " << cell;
     }
 }
 
