@@ -11,10 +11,9 @@ namespace tarvos::video {
 
 /// The frames of a video file, a directory of images or a camera, one after the other.
 ///
-/// All frames are 8-bit BGR, and of one size unless a video changes its own. In a directory, images that cannot be
-/// read or differ in size from the first are named on standard error and skipped; they leave a gap in number() and
-/// time(). An input that cannot be used at all throws `std::runtime_error` with the reason, or the file system's own
-/// error.
+/// All frames are 8-bit BGR, and of one size unless a video changes its own. In a directory, images that cannot be read
+/// or differ in size from the first are named on standard error and skipped; they leave a gap in number() and time().
+/// An input that cannot be used at all throws `std::runtime_error` with the reason, or the file system's own error.
 ///
 /// OpenCV and FFmpeg may write messages of their own; an application that does not want them sets their log levels.
 ///

@@ -94,10 +94,9 @@ public:
     virtual int nofChannels() const { return mDescription.nofChannels; }
 
     /// Copies pixels, size, layout, depth and alignment; the time stamp and the header object stay. There is no move
-    /// assignment. The stride is recomputed with that alignment. Between images of equal size, layout,
-    /// depth and alignment the buffer stays if it is large enough, so that frames are copied without an allocation; if
-    /// this image has the recomputed stride, its region of interest stays, too. Padding is copied if @p image has that
-    /// stride.
+    /// assignment. The stride is recomputed with that alignment. Between images of equal size, layout, depth and
+    /// alignment the buffer stays if it is large enough, so that frames are copied without an allocation; if this image
+    /// has the recomputed stride, its region of interest stays, too. Padding is copied if @p image has that stride.
     Image& operator=(const Image& image);
 
     /// True for an image without pixels: width() or height() is 0.

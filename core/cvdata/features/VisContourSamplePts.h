@@ -11,10 +11,10 @@ namespace tarvos::core::cvdata {
 
 /// Sample points along contours, and edges that refer to them.
 ///
-/// Edges point to points that they do not own, usually those in mPoints;
-/// growing mPoints moves them, so fill it first (or reserve). A copy would point into the points of the original, so
-/// copy construction does not compile, and assignment aborts. Move construction takes over the points, and
-/// the edges still point to them, so that a vector of features can grow.
+/// Edges point to points that they do not own, usually those in mPoints; growing mPoints moves them, so fill it first
+/// (or reserve). A copy would point into the points of the original, so copy construction does not compile, and
+/// assignment aborts. Move construction takes over the points, and the edges still point to them, so that a vector of
+/// features can grow.
 ///
 /// @snippet features.cpp contour
 /// @ingroup features
