@@ -116,7 +116,7 @@ void states() {
     s.setPoseData(start);
     check(dynamic_cast<Box*>(s.pose()) != nullptr, "the state has a pose of the class");
     {
-        Vector v(s.stateDimension());
+        Vector v(static_cast<unsigned int>(s.stateDimension()));
         s.getStateData(v);
         check(v[3] == 4, "the state has the pose that was set");
     }
