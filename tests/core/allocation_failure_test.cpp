@@ -161,7 +161,6 @@ const Operation OPERATIONS[] = {
     {"ImageAssignment", sweepAssignment<Image>},
     {"TiledImageAssignment", sweepAssignment<TiledImage>},
     {"BlobsAssignment", sweepAssignment<Blobs>},
-    {"BlobsAddBlob", [] { sweepOn<Blobs>([](Blobs& blobs) { blobs.addBlob(); }); }},
     {"ColorGmmAssignment", sweepAssignment<ColorGMM>},
     {"HistogramAssignment", sweepAssignment<ColourHist2d>},
     {"HistogramSetBins", [] { sweepOn<ColourHist2d>([](ColourHist2d& bins) { bins.setBins(5, 5, 5); }); }},

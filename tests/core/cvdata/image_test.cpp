@@ -61,7 +61,8 @@ TEST_F(ImageContractTest, AbortsOnASourceThatExceedsItsBuffer) {
     image.iplImage()->height = 5;
     EXPECT_DEATH(Image copy(image), "description and its pixels are out of step");
     EXPECT_DEATH(image.clone(), "description and its pixels are out of step");
-    header.height = 5;
+    header.height = 2;
+    header.widthStep = 3;  // rows that overlap
     image.updateFromOpencvHeader(&header);
     EXPECT_DEATH(Image() = image, "description and its pixels are out of step");
 }
