@@ -118,7 +118,7 @@ public:
     unsigned char* row(int y) const;
     /// The OpenCV header over the buffer, owned by the image; null without a buffer. Its row stride is widthStep();
     /// for an image of one row, OpenCV reports the row without padding. Where the stride is not a multiple of a value's
-    /// bytes (possible where those are several, and width x channels is no multiple of the alignment), OpenCV silently
+    /// bytes (possible where those are several, and width x channels not a multiple of the alignment), OpenCV silently
     /// computes wrong results on it: read and write `imageData` row by row, or take `matCopy(image)` of MatView.h.
     IplImage* iplImage() const noexcept { return mIplImage.get(); }
 
