@@ -52,7 +52,6 @@ std::vector<std::string> Results::publish() {
     for (const std::string& name : mPossible)
         if (std::find(mNames.begin(), mNames.end(), name) == mNames.end())
             fs::remove(mPath + "/" + name);
-    mCreated = false;
     return published;
 }
 

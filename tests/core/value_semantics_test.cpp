@@ -24,15 +24,6 @@ struct ValueSemantics : testing::Test {};
 using Classes = testing::Types<Image, TiledImage, GM, ColorGMM, ColourHist2d, Blobs, State>;
 TYPED_TEST_SUITE(ValueSemantics, Classes, ClassNames);
 
-TYPED_TEST(ValueSemantics, CopyIsDeep) {
-    const TypeParam source = makeChanged<TypeParam>(3);
-    const Members before = members(source);
-    TypeParam copy(source);
-    EXPECT_EQ(difference(copy, before), "");
-    change(copy, 50);
-    EXPECT_EQ(difference(source, before), "") << "after a change of the copy";
-}
-
 TYPED_TEST(ValueSemantics, AssignmentIsDeepWhateverTheSizes) {
     for (const auto& [size, previous] : {std::pair{3, 3}, {1, 4}, {4, 1}}) {
         const TypeParam source = makeChanged<TypeParam>(size);

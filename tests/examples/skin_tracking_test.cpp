@@ -1,12 +1,12 @@
 #include "Annotation.h"
 #include "Mosaic.h"
+#include "Results.h"
+#include "support/Files.h"
 #include "tracking/Tracker.h"
 
 #include <gtest/gtest.h>
 #include <opencv2/imgproc.hpp>
 #include <tarvos/core/cvdata/MatView.h>
-
-#include <memory>
 
 namespace skin_tracker {
 namespace {
@@ -24,36 +24,35 @@ cv::Mat scene(const cv::Rect& place, const cv::Scalar& colour) {
     return frame;
 }
 
-cv::Mat maskOf(const cv::Rect& place) {
-    cv::Mat mask = cv::Mat::zeros(SIZE, CV_8U);
-    mask(place).setTo(255);
-    return mask;
+/// A hand that wanders to the right by 4 pixels a frame.
+cv::Mat handScene(int frame) {
+    return scene({40 + 4 * frame, 90, 60, 40}, SKIN);
 }
 
-/// A tracker that has seen a hand wander to the right for @p frames frames, 4 pixels each.
+/// A tracker that has seen the hand for @p frames frames.
 struct Tracked {
     explicit Tracked(int frames) {
         for (int i = 0; i < frames; ++i)
-            see(scene(cv::Rect(40 + 4 * i, 90, 60, 40), SKIN));
+            see(handScene(i));
     }
-    void see(const cv::Mat& frame) { tracker->process(imageOf(frame), time += 0.04); }
+    void see(const cv::Mat& frame) { tracker.process(imageOf(frame), time += 0.04); }
     void seeWall(int frames) {
         for (int i = 0; i < frames; ++i)
             see(cv::Mat(SIZE, CV_8UC3, WALL));
     }
 
-    std::unique_ptr<Tracker> tracker = std::make_unique<Tracker>(2);
+    Tracker tracker{2};
     double time = 0.0;
 };
 
-const cv::Rect PLACE(40, 90, 60, 40);
-
 TEST(HandModelTest, LeavesOutDarkPixelsAndWhatIsMostlyAround) {
-    cv::Mat frame = scene(PLACE, SKIN);
+    const cv::Rect place(40, 90, 60, 40);
+    cv::Mat frame = scene(place, SKIN), known = cv::Mat::zeros(SIZE, CV_8U);
+    known(place).setTo(255);
     frame(cv::Rect(40, 90, 20, 40)).setTo(cv::Scalar(15, 21, 30));  // the hand's shadowed part, of its hue
     frame(cv::Rect(60, 90, 2, 40)).setTo(WALL);
     HandModel hand;
-    hand.learn(frame, maskOf(PLACE));
+    hand.learn(frame, known);
     EXPECT_EQ(cv::boundingRect(hand.maskOf(frame)), cv::Rect(62, 90, 38, 40));
 }
 
@@ -62,34 +61,36 @@ TEST(TrackerTest, LooksNearTheHandAndEverywhereWhenItIsNotThere) {
     cv::Mat frame = scene({44 + 76, 90, 60, 40}, SKIN);
     frame(cv::Rect(250, 10, 60, 40)).setTo(SKIN);
     tracked.see(frame);
-    EXPECT_EQ(tracked.tracker->blobs().dimension(), 1U) << "the other one is far away";
+    EXPECT_EQ(tracked.tracker.blobs().dimension(), 1U) << "the other one is far away";
     tracked.see(scene({48 + 76, 90, 150, 40}, SKIN));
-    EXPECT_EQ(tracked.tracker->area(), 150 * 40 - 4) << "what reaches out of the neighbourhood is seen whole";
+    EXPECT_EQ(tracked.tracker.area(), 150 * 40 - 4) << "what reaches out of the neighbourhood is seen whole";
     tracked.seeWall(1);
-    const cv::Rect box = tracked.tracker->motion().box();
+    const cv::Rect box = tracked.tracker.motion().box();
     tracked.seeWall(48);
-    ASSERT_TRUE(tracked.tracker->tracking());
-    EXPECT_FALSE(tracked.tracker->found());
-    EXPECT_TRUE(tracked.tracker->outline().mPoints.empty());
-    EXPECT_EQ(cv::Rect(tracked.tracker->motion().box()).size(), box.size()) << "out of sight it keeps its size";
+    ASSERT_TRUE(tracked.tracker.tracking());
+    EXPECT_FALSE(tracked.tracker.found());
+    EXPECT_TRUE(tracked.tracker.outline().mPoints.empty());
+    EXPECT_EQ(cv::Rect(tracked.tracker.motion().box()).size(), box.size()) << "out of sight it keeps its size";
     tracked.seeWall(2);
-    EXPECT_FALSE(tracked.tracker->tracking()) << "for two seconds";
+    EXPECT_FALSE(tracked.tracker.tracking()) << "for two seconds";
 }
 
 TEST(TrackerTest, GivesUpWhatNeverMovesAndAHandThatRestsForTenSeconds) {
     Tracked resting(20), still(0);
-    for (int i = 0; i < 320; ++i) {
-        resting.see(scene({40 + 76, 90, 60, 40}, SKIN));
-        ASSERT_TRUE(resting.tracker->found() || i > 250) << i;
+    const cv::Rect elsewhere(40, 180, 50, 40);
+    cv::Mat frame = handScene(19);
+    frame(elsewhere).setTo(SKIN);
+    for (int i = 0; i < 360; ++i) {
+        resting.see(frame);
+        ASSERT_TRUE(resting.tracker.found() || i > 250) << i;
         still.see(scene({200, 20, 60, 40}, SKIN));
-        ASSERT_EQ(still.tracker->found(), i < 25) << i;
+        ASSERT_EQ(still.tracker.found(), i < 25) << i;
     }
-    EXPECT_FALSE(resting.tracker->found());
-    const cv::Rect elsewhere(40, 150, 60, 40);
-    cv::Mat frame = scene({200, 20, 60, 40}, SKIN);
+    EXPECT_FALSE(resting.tracker.found()) << "the other one has never moved";
+    frame = scene({200, 20, 60, 40}, SKIN);
     frame(elsewhere).setTo(cv::Scalar(70, 95, 150));
     still.see(frame);
-    EXPECT_TRUE(still.tracker->found()) << "another place, and other colours, which are learned anew";
+    EXPECT_TRUE(still.tracker.found()) << "another place, and other colours, which are learned anew";
 }
 
 /// What @p annotation draws of @p tracker into a black frame.
@@ -100,19 +101,25 @@ cv::Mat drawnBy(Annotation& annotation, const Tracker& tracker) {
 }
 
 TEST(AnnotationTest, DrawsBoxPredictionAndTrailWhileThereIsATrack) {
-    const cv::Vec3b blue(255, 64, 0), grey(128, 128, 128), red(0, 0, 255);
-    Tracked hand(20);
+    const cv::Vec3b black, blue(255, 64, 0), grey(128, 128, 128), red(0, 0, 255), yellow(0, 220, 255);
+    Tracked hand(0);
     Annotation annotation;
-    const auto cornerOf = [&] { return cv::Rect(hand.tracker->motion().box()).tl(); };
-    cv::Mat drawn = drawnBy(annotation, *hand.tracker);
+    const auto cornerOf = [&] { return cv::Rect(hand.tracker.motion().box()).tl(); };
+    cv::Mat drawn;
+    for (int i = 0; i < 45; ++i) {
+        hand.see(handScene(i));
+        drawn = drawnBy(annotation, hand.tracker);
+    }
+    EXPECT_EQ(drawn.at<cv::Vec3b>(110, 70 + 4 * 16), yellow) << "30 frames of trail";
+    EXPECT_EQ(drawn.at<cv::Vec3b>(110, 70 + 4 * 14), black) << "and no more";
     EXPECT_EQ(drawn.at<cv::Vec3b>(cornerOf()), blue);
-    EXPECT_EQ(drawn.at<cv::Vec3b>(cv::Point(hand.tracker->predictedCentre())), red);
+    EXPECT_EQ(drawn.at<cv::Vec3b>(cv::Point(hand.tracker.predictedCentre())), red);
     hand.seeWall(1);
-    EXPECT_EQ(drawnBy(annotation, *hand.tracker).at<cv::Vec3b>(cornerOf()), grey) << "out of sight";
+    EXPECT_EQ(drawnBy(annotation, hand.tracker).at<cv::Vec3b>(cornerOf()), grey) << "out of sight";
     hand.seeWall(60);
-    EXPECT_EQ(cv::countNonZero(drawnBy(annotation, *hand.tracker).reshape(1)), 0) << "no track";
+    EXPECT_EQ(cv::countNonZero(drawnBy(annotation, hand.tracker).reshape(1)), 0) << "no track";
     hand.see(scene({240, 20, 60, 40}, SKIN));
-    drawn = drawnBy(annotation, *hand.tracker);
+    drawn = drawnBy(annotation, hand.tracker);
     EXPECT_EQ(cv::countNonZero(drawn(cv::Rect(0, 70, 320, 170)).reshape(1)), 0) << "the trail of the last track";
 }
 
@@ -126,18 +133,28 @@ TEST(MosaicTest, SmallFramesKeepTheirSizeAndHaveACaption) {
     mosaic.add(imageOf(cv::Mat::zeros(50, 100, CV_8UC3)), "caption");
     const auto composed = mosaic.compose();
     EXPECT_EQ(composed.width(), 4 * 104) << "with a border of 2";
-    EXPECT_GT(cv::countNonZero(matView(composed)(cv::Rect(2, 30, 100, 20)).clone().reshape(1)), 50);
+    const int coloured = cv::countNonZero(matView(composed)(cv::Rect(2, 30, 100, 20)).clone().reshape(1));
+    EXPECT_GT(coloured, 50);
+    EXPECT_EQ(cv::countNonZero(matView(composed).reshape(1)), coloured) << "borders and other cells are black";
 }
 
 TEST(MosaicTest, SpreadsSixteenFramesEvenly) {
     Mosaic mosaic;
     for (int i = 0; i < 400; ++i)
-        mosaic.add(imageOf(cv::Mat(SIZE, CV_8UC3, cv::Scalar::all(i / 2))), "");
+        mosaic.add(imageOf(cv::Mat(SIZE * 2, CV_8UC3, cv::Scalar::all(i / 2))), "");
     const auto composed = mosaic.compose();
     for (int cell = 0; cell < 16; ++cell) {
         const cv::Vec3b pixel = matView(composed).at<cv::Vec3b>(244 * (cell / 4) + 122, 324 * (cell % 4) + 162);
         ASSERT_NEAR(pixel[0], cell * 199 / 15, 6) << "cell " << cell;
     }
+}
+
+TEST(ResultsTest, RemovesNoDirectoryThatHasTakenAName) {
+    const TemporaryDirectory here;
+    Results results("out", {"table"});
+    std::filesystem::create_directory("out/table");
+    EXPECT_THROW(results.publish(), std::runtime_error);
+    EXPECT_TRUE(std::filesystem::exists("out/table"));
 }
 
 }  // namespace

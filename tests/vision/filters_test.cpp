@@ -44,11 +44,6 @@ struct KalmanFilterTest : testing::Test {
     KalmanFilter filter{counting(2, 2), Vector::of(0.5, 0.7), Vector::of(2, 3)};
 };
 
-TEST_F(KalmanFilterTest, BeginsWithTheMeasurementsAndTheProcessDeviations) {
-    EXPECT_THAT(elementsOf(filter.covariance()),
-                testing::ElementsAre(4, 0, 0, 0, 0, 9, 0, 0, 0, 0, 0.25, 0, 0, 0, 0, testing::DoubleEq(0.49)));
-}
-
 TEST_F(KalmanFilterTest, GatesByTheDeviationsOfStateAndMeasurement) {
     EXPECT_DOUBLE_EQ(filter.mahalanobisDistance(Vector::of(1 + std::sqrt(8.0), 2)), 1.0);
     EXPECT_DOUBLE_EQ(filter.mahalanobisDistance(Vector::of(1, 2 + 2 * std::sqrt(18.0))), 2.0);

@@ -39,6 +39,7 @@ cv::Mat surroundingsOf(const cv::Mat& hand) {
 HandModel::HandModel() : mHand(BINS[0], BINS[1], BINS[2]), mSurroundings(mHand), mColours(mHand) {}
 
 void HandModel::learn(const cv::Mat& pixels, const cv::Mat& known) {
+    ++mFrames;
     const cv::Mat hsv = toHsv(pixels);
     addPixels(mHand, hsv, known, HSV_LIMITS);
     addPixels(mSurroundings, hsv, surroundingsOf(known), HSV_LIMITS);

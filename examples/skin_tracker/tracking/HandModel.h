@@ -15,12 +15,15 @@ public:
     void learn(const cv::Mat& pixels, const cv::Mat& known);
     /// A mask of the @p pixels that have the hand's colours.
     cv::Mat maskOf(const cv::Mat& pixels) const;
+    /// How many frames it has learned from.
+    int framesLearned() const { return mFrames; }
 
 private:
     // Histograms over hue, saturation and value.
     tarvos::core::cvdata::ColourHist2d mHand;
     tarvos::core::cvdata::ColourHist2d mSurroundings;
     tarvos::core::cvdata::ColourHist2d mColours;  ///< 1 for the bins that belong to the hand, else 0
+    int mFrames = 0;
 };
 
 }  // namespace skin_tracker

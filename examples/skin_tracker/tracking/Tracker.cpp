@@ -50,7 +50,7 @@ void Tracker::process(const Image& frame, double time) {
     const cv::Mat pixels = matView(frame);
     predict(time);
     mBackground.add(pixels, time);
-    if (mFramesLearned < FRAMES_TO_LEARN)
+    if (mHand.framesLearned() < FRAMES_TO_LEARN)
         learn(pixels);
     const Regions regions = search(pixels);
     mBlobs = regions.blobs();
@@ -78,10 +78,8 @@ void Tracker::predict(double time) {
 void Tracker::learn(const cv::Mat& pixels) {
     cv::Mat skin = skinMask(pixels);
     const Regions regions = regionsOf(skin, {});
-    if (const Region* region = regions.largest()) {
+    if (const Region* region = regions.largest())
         mHand.learn(pixels, skin & regions.maskOf(*region, pixels.size()));
-        ++mFramesLearned;
-    }
 }
 
 /// The regions of the hand's colours: near the hand if it was there in the last frame and is still, or else all.
@@ -152,10 +150,8 @@ bool Tracker::restsTooLong(const cv::Mat& hand, double time) {
 void Tracker::giveUp(const cv::Mat& hand) {
     mBackground.remember(hand);
     mMotion.reset();
-    if (!mHasMoved) {  // the colours learned are not a hand's
+    if (!mHasMoved)  // the colours learned are not a hand's
         mHand = HandModel();
-        mFramesLearned = 0;
-    }
 }
 
 /// Continues or begins the track with the hand found.

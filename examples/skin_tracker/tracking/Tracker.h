@@ -51,7 +51,6 @@ private:
     int mOrder;
     BackgroundModel mBackground;
     HandModel mHand;
-    int mFramesLearned = 0;
     std::optional<MotionFilter> mMotion;
     cv::Point2d mPredictedCentre;
     tarvos::core::cvdata::Blobs mBlobs;

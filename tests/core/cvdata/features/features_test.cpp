@@ -5,7 +5,6 @@
 #include <tarvos/core/cvdata/features/Blobs.h>
 #include <tarvos/core/cvdata/features/ColorGMM.h>
 #include <tarvos/core/cvdata/features/ColourHist2d.h>
-#include <tarvos/core/cvdata/features/VisContourSamplePts.h>
 
 #include <iostream>
 #include <stdexcept>
@@ -121,11 +120,6 @@ TEST(ColourHist2dTest, AbortsOnDataOfAnotherLengthAndHasNoneOnceMovedFrom) {
     const ColourHist2d moved(std::move(source));
     EXPECT_DEATH(source.data(), "mColourHistData != __null");
     EXPECT_DEATH(ColourHist2d(1, 1, 1) = source, "mColourHistData != __null");
-}
-
-TEST(VisContourSamplePtsTest, AbortsOnAssignment) {
-    VisContourSamplePts contour;
-    EXPECT_DEATH(contour = VisContourSamplePts(), "operator = not implemented");
 }
 
 }  // namespace
