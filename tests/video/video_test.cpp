@@ -69,16 +69,9 @@ struct VideoTest : testing::Test {
 };
 
 TEST_F(VideoTest, ADirectoryIsReadInNaturalOrder) {
-    const char* const names[] = {"a2.png",
-                                 "a010.TIF",
-                                 "b1-2.tiff",
-                                 "b1-10.jpg",
-                                 "b02-1.jpeg",
-                                 "b18446744073709551616.pgm",
-                                 "b18446744073709551617.webp",
-                                 "line\nbreak.bmp"};
     int number = 0;
-    for (const char* name : names) {
+    for (const char* name : {"a2.png", "a010.TIF", "b1-2.tiff", "b1-10.jpg", "b02-1.jpeg", "b18446744073709551616.pgm",
+                             "b18446744073709551617.webp", "line\nbreak.bmp"}) {
         std::vector<unsigned char> bytes;
         cv::imencode(".png", frame(++number), bytes);
         writeFile(name, {bytes.begin(), bytes.end()});

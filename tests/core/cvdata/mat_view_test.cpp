@@ -30,7 +30,6 @@ TEST(MatViewTest, AbortsOnRowsThatAreNotAlignedToTheirValues) {
         EXPECT_DEATH(matView(image), "cannot compute on this stride; use matCopy") << bits;
         const cv::Mat copy = matCopy(image);
         EXPECT_EQ(*copy.ptr(3), 1) << bits;
-        EXPECT_EQ(copy.total(), 12U);
         const Image packed = imageOf(copy);
         EXPECT_EQ(matView(packed).rows, 4) << bits;
         const Image row(3, 1, Image::CHANNELS_GRAY, bits);
@@ -47,7 +46,6 @@ static_assert(!std::is_invocable_v<decltype(VIEW), Image> && !std::is_invocable_
 TEST(ImageOfTest, CopiesAPartOfAMat) {
     const cv::Mat pixels(5, 6, CV_8UC4, cv::Scalar(1, 2, 3, 4));
     const Image part = imageOf(pixels(cv::Rect(2, 1, 3, 2)));
-    EXPECT_EQ(part.width(), 3);
     EXPECT_EQ(matView(part).at<cv::Vec4b>(1, 2), cv::Vec4b(1, 2, 3, 4));
     EXPECT_EQ(part.widthStep(), 12) << "its own, not the parent's";
     EXPECT_TRUE(imageOf(cv::Mat()).empty());
