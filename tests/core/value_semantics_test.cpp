@@ -11,18 +11,10 @@ using namespace values;
 
 namespace {
 
-struct ClassNames {
-    template <typename T>
-    static std::string GetName(int /*index*/) {
-        const std::string whole = testing::internal::GetTypeName<T>();
-        return whole.substr(whole.rfind(':') + 1);
-    }
-};
-
 template <typename T>
 struct ValueSemantics : testing::Test {};
 using Classes = testing::Types<Image, TiledImage, GM, ColorGMM, ColourHist2d, Blobs, State>;
-TYPED_TEST_SUITE(ValueSemantics, Classes, ClassNames);
+TYPED_TEST_SUITE(ValueSemantics, Classes);
 
 TYPED_TEST(ValueSemantics, AssignmentIsDeepWhateverTheSizes) {
     for (const auto& [size, previous] : {std::pair{3, 3}, {1, 4}, {4, 1}}) {

@@ -51,8 +51,10 @@ TEST(HandModelTest, LeavesOutDarkPixelsAndWhatIsMostlyAround) {
     known(place).setTo(255);
     frame(cv::Rect(40, 90, 20, 40)).setTo(cv::Scalar(15, 21, 30));  // the hand's shadowed part, of its hue
     frame(cv::Rect(60, 90, 2, 40)).setTo(WALL);
-    for (const cv::Rect& dab : {cv::Rect(70, 84, 15, 6), cv::Rect(70, 90, 1, 2)})  // the edge may be the hand's
+    for (const cv::Rect& dab : {cv::Rect(70, 84, 15, 6), cv::Rect(70, 90, 1, 2)})  // beside it, perhaps the hand's own
         frame(dab).setTo(cv::Scalar(0, 200, 0));
+    for (const cv::Rect& dab : {cv::Rect(112, 100, 15, 6), cv::Rect(80, 90, 1, 2)})  // farther away
+        frame(dab).setTo(cv::Scalar(200, 0, 0));
     HandModel hand;
     hand.learn(frame, known);
     EXPECT_EQ(cv::boundingRect(hand.maskOf(frame)), cv::Rect(62, 84, 38, 46));
