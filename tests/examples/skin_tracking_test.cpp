@@ -73,7 +73,7 @@ TEST(TrackerTest, LooksNearTheHandAndEverywhereWhenItIsNotThere) {
     tracked.seeWall(48);
     ASSERT_TRUE(tracked.tracker.tracking());
     EXPECT_FALSE(tracked.tracker.found());
-    EXPECT_TRUE(tracked.tracker.outline().mPoints.empty());
+    EXPECT_TRUE(tracked.tracker.outline().mPoints.empty() && tracked.tracker.outline().mEdges.empty());
     EXPECT_EQ(cv::Rect(tracked.tracker.motion().box()).size(), box.size()) << "out of sight it keeps its size";
     tracked.seeWall(2);
     EXPECT_FALSE(tracked.tracker.tracking()) << "for two seconds";
@@ -116,8 +116,8 @@ TEST(AnnotationTest, DrawsBoxPredictionAndTrailWhileThereIsATrack) {
         hand.see(handScene(i));
         drawn = drawnBy(annotation, hand.tracker);
     }
-    EXPECT_EQ(drawn.at<cv::Vec3b>(110, 70 + 4 * 16), yellow) << "30 frames of trail";
-    EXPECT_EQ(drawn.at<cv::Vec3b>(110, 70 + 4 * 14), black) << "and no more";
+    EXPECT_EQ(drawn.at<cv::Vec3b>(110, 72 + 4 * 15), yellow) << "30 frames of trail";
+    EXPECT_EQ(drawn.at<cv::Vec3b>(110, 72 + 4 * 14), black) << "and no more";
     EXPECT_EQ(drawn.at<cv::Vec3b>(cornerOf()), blue);
     EXPECT_EQ(drawn.at<cv::Vec3b>(cv::Point(hand.tracker.predictedCentre())), red);
     hand.see(circle);
