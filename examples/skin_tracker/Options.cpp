@@ -26,7 +26,7 @@ int intOf(const CmdLineParser& parser, const std::string& name, int min, int max
     return *number;
 }
 
-// Descriptions start with a blank: a long value before them fills its column.
+// Descriptions begin with a blank: a value that fills its column would touch them.
 void registerOptions(CmdLineParser& parser) {
     parser.setAppDescription("Tracks the skin region of a hand and arm in a video or in a directory of images");
 #ifdef TARVOS_WITH_OPENGL

@@ -17,7 +17,7 @@ public:
     Results(const Results&) = delete;
     Results& operator=(const Results&) = delete;
 
-    /// Where to write the file that will be @p name.
+    /// Announces the file @p name. Returns where to write it.
     std::string partOf(const std::string& name);
     /// Moves the files that were written to their names, and removes files of the other names, which an earlier run
     /// made. Returns the paths. Throws `std::runtime_error`, before it moves any, if a name cannot be replaced.

@@ -38,7 +38,7 @@ using tarvos::video::FrameSource;
 
 namespace fs = std::filesystem;
 
-/// The first signal that ends a run early, 0 before; a second one kills.
+/// The signal that ends a run early, 0 before; the same once more kills.
 volatile std::sig_atomic_t interruption = 0;
 
 void recordInterruptions() {
@@ -61,7 +61,7 @@ void openStandardStreams() {
     close(descriptor);
 }
 
-/// Errors of an input are reported once, by this program.
+/// OpenCV and FFmpeg write nothing about an input: this program and the library do.
 void keepLibrariesQuiet() {
     cv::utils::logging::setLogLevel(cv::utils::logging::LOG_LEVEL_SILENT);
     setenv("OPENCV_FFMPEG_LOGLEVEL", "-8", 0);

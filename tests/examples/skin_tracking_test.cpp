@@ -45,15 +45,15 @@ struct Tracked {
     double time = 0.0;
 };
 
-TEST(HandModelTest, LeavesOutDarkPixelsAndWhatIsMostlyAround) {
+TEST(HandModelTest, LeavesOutDarkPixelsAndColoursMostlyOutsideTheHand) {
     const cv::Rect place(40, 90, 60, 40);
     cv::Mat frame = scene(place, SKIN), known = cv::Mat::zeros(SIZE, CV_8U);
     known(place).setTo(255);
     frame(cv::Rect(40, 90, 20, 40)).setTo(cv::Scalar(15, 21, 30));  // the hand's shadowed part, of its hue
     frame(cv::Rect(60, 90, 2, 40)).setTo(WALL);
-    for (const cv::Rect& dab : {cv::Rect(70, 84, 15, 6), cv::Rect(70, 90, 1, 2)})  // beside it, perhaps the hand's own
+    for (const cv::Rect& dab : {cv::Rect(70, 84, 15, 6), cv::Rect(70, 90, 1, 2)})  // close: not counted as around
         frame(dab).setTo(cv::Scalar(0, 200, 0));
-    for (const cv::Rect& dab : {cv::Rect(112, 100, 15, 6), cv::Rect(80, 90, 1, 2)})  // farther away
+    for (const cv::Rect& dab : {cv::Rect(112, 100, 15, 6), cv::Rect(80, 90, 1, 2)})  // farther: counted
         frame(dab).setTo(cv::Scalar(200, 0, 0));
     HandModel hand;
     hand.learn(frame, known);
@@ -65,9 +65,9 @@ TEST(TrackerTest, LooksNearTheHandAndEverywhereWhenItIsNotThere) {
     cv::Mat frame = scene({44 + 76, 90, 60, 40}, SKIN);
     frame(cv::Rect(250, 10, 60, 40)).setTo(SKIN);
     tracked.see(frame);
-    EXPECT_EQ(tracked.tracker.blobs().dimension(), 1U) << "the other one is far away";
+    EXPECT_EQ(tracked.tracker.blobs().dimension(), 1U) << "the patch far away is not looked at";
     tracked.see(scene({48 + 76, 90, 150, 40}, SKIN));
-    EXPECT_EQ(tracked.tracker.area(), 150 * 40 - 4) << "what reaches out of the neighbourhood is seen whole";
+    EXPECT_EQ(tracked.tracker.area(), 150 * 40 - 4) << "what reaches out is seen whole, but for smoothed corners";
     tracked.seeWall(1);
     const cv::Rect box = tracked.tracker.motion().box();
     tracked.seeWall(48);
@@ -76,7 +76,7 @@ TEST(TrackerTest, LooksNearTheHandAndEverywhereWhenItIsNotThere) {
     EXPECT_TRUE(tracked.tracker.outline().mPoints.empty() && tracked.tracker.outline().mEdges.empty());
     EXPECT_EQ(cv::Rect(tracked.tracker.motion().box()).size(), box.size()) << "out of sight it keeps its size";
     tracked.seeWall(2);
-    EXPECT_FALSE(tracked.tracker.tracking()) << "for two seconds";
+    EXPECT_FALSE(tracked.tracker.tracking()) << "a track ends after two seconds out of sight";
 }
 
 TEST(TrackerTest, GivesUpWhatNeverMovesAndAHandThatRestsForTenSeconds) {
@@ -86,11 +86,11 @@ TEST(TrackerTest, GivesUpWhatNeverMovesAndAHandThatRestsForTenSeconds) {
     frame(elsewhere).setTo(SKIN);
     for (int i = 0; i < 360; ++i) {
         resting.see(frame);
-        ASSERT_TRUE(resting.tracker.found() || i > 250) << i;
+        ASSERT_TRUE(resting.tracker.found() || i > 250) << "resting, frame " << i;
         still.see(scene({200, 20, 60, 40}, SKIN));
-        ASSERT_EQ(still.tracker.tracking(), i < 25) << i;
+        ASSERT_EQ(still.tracker.tracking(), i < 25) << "still, frame " << i;
     }
-    EXPECT_FALSE(resting.tracker.found()) << "the other one has never moved";
+    EXPECT_FALSE(resting.tracker.found()) << "nor is the patch that has never moved taken for it";
     frame = scene({200, 20, 60, 40}, SKIN);
     frame(elsewhere).setTo(cv::Scalar(70, 95, 150));
     still.see(frame);
@@ -130,7 +130,7 @@ TEST(AnnotationTest, DrawsBoxPredictionAndTrailWhileThereIsATrack) {
     EXPECT_EQ(cv::countNonZero(drawnBy(annotation, hand.tracker).reshape(1)), 0) << "no track";
     hand.see(scene({240, 20, 60, 40}, SKIN));
     drawn = drawnBy(annotation, hand.tracker);
-    EXPECT_EQ(cv::countNonZero(drawn(cv::Rect(0, 70, 320, 170)).reshape(1)), 0) << "the trail of the last track";
+    EXPECT_EQ(cv::countNonZero(drawn(cv::Rect(0, 70, 320, 170)).reshape(1)), 0) << "nothing of the last track's trail";
 }
 
 TEST(AnnotationTest, TheLegendIsSpreadOverItsWidth) {
@@ -159,7 +159,7 @@ TEST(MosaicTest, SpreadsSixteenFramesEvenly) {
     }
 }
 
-TEST(ResultsTest, RemovesNoDirectoryThatHasTakenAName) {
+TEST(ResultsTest, KeepsADirectoryMadeMeanwhileUnderAResultsName) {
     const TemporaryDirectory here;
     Results results("out", {"table"});
     std::filesystem::create_directory("out/table");

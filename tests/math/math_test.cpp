@@ -72,7 +72,7 @@ TEST(SquareMatrixTest, ThrowsWhereThereIsNoFiniteInverse) {
     for (const auto& elements : singular) {
         std::copy(std::begin(elements), std::end(elements), matrix.begin());
         EXPECT_THAT([&] { matrix.invert(Matrix::INVERSION_LU); },
-                    testing::ThrowsMessage<std::domain_error>(testing::HasSubstr("2x2")))
+                    testing::ThrowsMessage<std::domain_error>("cannot invert a singular 2x2 matrix"))
             << matrix;
     }
     SquareMatrix ranks(3);

@@ -117,8 +117,7 @@ TEST_F(KalmanFilterTest, AbortsOnBrokenContracts) {
     unknown.fill(NOT_A_NUMBER);
     EXPECT_DEATH(filter.correct(fine, unknown, noise), "the measurement is not finite");
     EXPECT_DEATH(filter.correct(fine, Matrix(2, 3), noise), "do not fit each other");
-    EXPECT_DEATH(filter.correct(fine, Matrix(3, 2), noise), "do not fit each other");
-    EXPECT_DEATH(filter.correct(Vector(3), noise), "do not fit each other");
+    EXPECT_DEATH(filter.correct(Vector(3), Matrix(3, 2), noise), "do not fit each other");
     EXPECT_DEATH(filter.mahalanobisDistance(Vector::of(1)), "with poseDoF\\(\\) elements");
     for (const double wrong : {-100.0, NOT_A_NUMBER}) {
         filter.covariance()(0, 0) = wrong;

@@ -82,7 +82,7 @@ void Tracker::learn(const cv::Mat& pixels) {
         mHand.learn(pixels, skin & regions.maskOf(*region, pixels.size()));
 }
 
-/// The regions of the hand's colours: near the hand if it was there in the last frame and is still, or else all.
+/// The regions of the hand's colours: near the hand if it was there in the last frame and still is, or else all.
 Regions Tracker::search(const cv::Mat& pixels) {
     const cv::Rect whole({}, pixels.size());
     const cv::Rect near = mFound ? neighbourhood(whole) : whole;
