@@ -160,7 +160,7 @@ TEST_F(VideoTest, AnInputThatCannotBeUsedIsRefusedWithTheReason) {
         captureStderr([&] { EXPECT_EQ(refusal(text), "cannot decode the video " + text); });
     captureStderr([] { EXPECT_THROW(FrameSource::openCamera(77), std::runtime_error); });
     for (const double rate : {0.0, -1.0, std::nan(""), HUGE_VAL})
-        EXPECT_DEATH(FrameSource::open(".", rate), "the rate is not above 0 and finite");
+        ASSERT_DEATH(FrameSource::open(".", rate), "the rate is not above 0 and finite");
 }
 
 TEST_F(VideoTest, AVideoThatIsNotWholeIsAnError) {

@@ -45,7 +45,6 @@ struct KalmanFilterTest : testing::Test {
 };
 
 TEST_F(KalmanFilterTest, GatesByTheDeviationsOfStateAndMeasurement) {
-    EXPECT_DOUBLE_EQ(filter.mahalanobisDistance(Vector::of(1 + std::sqrt(8.0), 2)), 1.0);
     EXPECT_DOUBLE_EQ(filter.mahalanobisDistance(Vector::of(1, 2 + 2 * std::sqrt(18.0))), 2.0);
 }
 
@@ -99,14 +98,14 @@ TEST_F(KalmanFilterTest, AbortsOnBrokenContracts) {
     const char* const deviations = "a deviation is missing, negative or not finite";
     for (const Vector& wrong : {Vector::of(1), Vector::of(1, -1), Vector::of(1, NOT_A_NUMBER),
                                 Vector::of(1, std::numeric_limits<double>::infinity())}) {
-        EXPECT_DEATH(KalmanFilter(state, wrong, fine), deviations) << wrong;
-        EXPECT_DEATH(KalmanFilter(state, fine, wrong), deviations) << wrong;
+        ASSERT_DEATH(KalmanFilter(state, wrong, fine), deviations) << wrong;
+        ASSERT_DEATH(KalmanFilter(state, fine, wrong), deviations) << wrong;
     }
     EXPECT_DEATH(filter.correct(Vector::of(1)), "do not fit each other");
     EXPECT_DEATH(filter.correct(Vector::of(1, NOT_A_NUMBER)), "the measurement is not finite");
     EXPECT_DEATH(KalmanFilter(state, fine, Vector::of(1, 0)), "a measurement deviation is 0");
     for (const double time : {-0.1, NOT_A_NUMBER})
-        EXPECT_DEATH(filter.predict(time), "the time is before the state's");
+        ASSERT_DEATH(filter.predict(time), "the time is before the state's");
     SquareMatrix noise(2);
     EXPECT_DEATH(filter.correct(fine, noise), "not symmetric and positive definite");
     eigenMap(noise).setIdentity();
@@ -121,7 +120,7 @@ TEST_F(KalmanFilterTest, AbortsOnBrokenContracts) {
     EXPECT_DEATH(filter.mahalanobisDistance(Vector::of(1)), "with poseDoF\\(\\) elements");
     for (const double wrong : {-100.0, NOT_A_NUMBER}) {
         filter.covariance()(0, 0) = wrong;
-        EXPECT_DEATH(filter.mahalanobisDistance(fine), "state's covariance is not positive semidefinite");
+        ASSERT_DEATH(filter.mahalanobisDistance(fine), "state's covariance is not positive semidefinite");
     }
     filter.covariance() = SquareMatrix(3);
     EXPECT_DEATH(filter.predict(1.0), "has changed its dimension");
@@ -189,7 +188,6 @@ TEST_F(ParticleFilterTest, ResamplesWhenFewerThanHalfAreEffective) {
     const std::vector<double> before = elementsOf(filter.particles());
     filter.correct([](const State& state) { return state.getPoseData()[0] > 1.0 ? 1.0 : 0.7; });
     EXPECT_TRUE(elementsOf(filter.particles()) == before) << "most are effective";
-    EXPECT_GT(filter.effectiveParticles(), 1900.0);
     filter.correct([](const State& state) { return state.getPoseData()[0] > 2.0 ? 1.0 : 0.0; });
     EXPECT_LT(filter.effectiveParticles(), 400.0);
     const State mean = filter.state();
@@ -201,6 +199,8 @@ TEST_F(ParticleFilterTest, ResamplesWhenFewerThanHalfAreEffective) {
 }
 
 TEST_F(ParticleFilterTest, IsUnchangedWithoutALikelyParticleAndWhenTheLikelihoodThrows) {
+    EXPECT_TRUE(filter.correct([](const State& state) { return state.getPoseData()[0] < 0.5 ? 0.0 : 1.0; }));
+    EXPECT_FALSE(filter.correct([](const State& state) { return state.getPoseData()[0] < 0.5 ? 1.0 : 0.0; }));
     filter.predict(0.5);
     filter.correct(gaussian);
     const ParticleFilter before = filter;
@@ -224,7 +224,7 @@ TEST_F(ParticleFilterTest, AbortsOnBrokenContracts) {
     EXPECT_DEATH(filter.correct(nullptr), "there is no likelihood");
     cv::setNumThreads(1);
     for (const double wrong : {-1.0, NOT_A_NUMBER, std::numeric_limits<double>::infinity()})
-        EXPECT_DEATH(filter.correct([=](const State&) { return wrong; }), "a likelihood is negative or not finite");
+        ASSERT_DEATH(filter.correct([=](const State&) { return wrong; }), "a likelihood is negative or not finite");
 }
 
 }  // namespace

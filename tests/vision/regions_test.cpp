@@ -11,7 +11,7 @@ TEST(RegionsTest, NoRegionsAndWrongMasks) {
     EXPECT_DEATH(Regions(cv::Mat(9, 9, CV_8UC3), 0.0), "the mask is not 8-bit");
     const Regions other(cv::Mat(9, 9, CV_8U, cv::Scalar(255)), 0.0), none(cv::Mat::zeros(9, 9, CV_8U), 0.0);
     for (const Regions* regions : {&other, &none})
-        EXPECT_DEATH(regions->maskOf(Regions::BlobInfo(), {9, 9}), "not one of this object's");
+        ASSERT_DEATH(regions->maskOf(Regions::BlobInfo(), {9, 9}), "not one of this object's");
 }
 
 }  // namespace

@@ -31,7 +31,6 @@ TEST_F(TiledImageTest, AssignmentKeepsTheLayoutForAnUnknownChannelSequence) {
     std::memcpy(mosaic.iplImage()->channelSeq, "YUV", 4);
     target = mosaic;
     EXPECT_EQ(target.channels(), Image::CHANNELS_RGB);
-    EXPECT_EQ(target.width(), 483);
     target = TiledImage(1, 1, 5, 5, Image::CHANNELS_RGB, Image::BITS_8U);
     EXPECT_EQ(target.channels(), Image::CHANNELS_BGR) << "what OpenCV's header says";
 }

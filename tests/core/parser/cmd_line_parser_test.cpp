@@ -73,7 +73,7 @@ TEST(CmdLineParserTest, Exits) {
     for (const auto& [words, output] : cases) {
         CmdLineParser parser = parserOf(words);
         parser.addOption("must", "needed", "default", true);
-        EXPECT_EXIT(parser.parse(), testing::ExitedWithCode(1), testing::Eq(output));
+        ASSERT_EXIT(parser.parse(), testing::ExitedWithCode(1), testing::Eq(output));
     }
 }
 

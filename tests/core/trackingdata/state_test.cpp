@@ -119,19 +119,19 @@ TEST_F(StateTest, AbortsOnAVectorOfAnotherSize) {
     EXPECT_DEATH(state.getPoseData(two), "finite state dimension does not match");
     EXPECT_DEATH(state.getStateData(two), "finite state dimension does not match");
     for (const int order : {-1, 0, 2}) {
-        EXPECT_DEATH(state.setDataFromVector(two, order), "state dimension does not match") << order;
-        EXPECT_DEATH(state.setIncDataFromVector(three, order), "incremental state dimension does not match") << order;
-        EXPECT_DEATH(state.getStateIncData(three, order), "incremental state dimension does not match") << order;
+        ASSERT_DEATH(state.setDataFromVector(two, order), "state dimension does not match") << order;
+        ASSERT_DEATH(state.setIncDataFromVector(three, order), "incremental state dimension does not match") << order;
+        ASSERT_DEATH(state.getStateIncData(three, order), "incremental state dimension does not match") << order;
     }
 }
 
 TEST_F(StateTest, AbortsOnAnOrderWithoutABlock) {
     for (const int order : {4, 3, -2, INT_MIN}) {
-        EXPECT_DEATH(state.derivative(order), "there is no such derivative");
+        ASSERT_DEATH(state.derivative(order), "there is no such derivative");
         const std::string condition = order == 4 ? "too high AR order" : "mDerivatives.size\\(\\) >= order";
-        EXPECT_DEATH(state.setDataFromVector(three, order), condition);
-        EXPECT_DEATH(state.setIncDataFromVector(two, order), condition);
-        EXPECT_DEATH(state.getStateIncData(two, order), condition);
+        ASSERT_DEATH(state.setDataFromVector(three, order), condition);
+        ASSERT_DEATH(state.setIncDataFromVector(two, order), condition);
+        ASSERT_DEATH(state.getStateIncData(two, order), condition);
     }
 }
 
