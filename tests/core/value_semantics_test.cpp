@@ -14,7 +14,7 @@ namespace {
 template <typename T>
 struct ValueSemantics : testing::Test {};
 using Classes = testing::Types<Image, TiledImage, GM, ColorGMM, ColourHist2d, Blobs, State>;
-TYPED_TEST_SUITE(ValueSemantics, Classes);
+TYPED_TEST_SUITE(ValueSemantics, Classes, );  // Clang misses an argument without the comma
 
 TYPED_TEST(ValueSemantics, AssignmentIsDeepWhateverTheSizes) {
     for (const auto& [size, previous] : {std::pair{3, 3}, {1, 4}, {4, 1}}) {
