@@ -61,7 +61,7 @@ void BackgroundModel::removeBackground(cv::Mat& mask, const cv::Point& corner) c
     mask.setTo(0, same(cv::Rect(corner, mask.size())));
 }
 
-/// The cells whose middle is in @p mask, and those around them.
+/// The cells whose first pixel is in @p mask, and those around them.
 cv::Mat BackgroundModel::cellsOf(const cv::Mat& mask) const {
     cv::Mat cells;
     cv::resize(mask, cells, mCells.size(), 0, 0, cv::INTER_NEAREST);
